@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "webbedrock/export.h"
+#include "webbedrock/string.h"
+
+namespace tov {
+
+// UTF-8 text of `sText`: L"é" -> "\xC3\xA9". What is no scalar value (surrogates, above U+10FFFF) becomes U+FFFD.
+WEBFORMAT_EXPORT std::string toUtf8(std::wstring_view sText);
+
+// The characters of well-formed UTF-8: "\xC3\xA9" -> L"é". Overlong forms, surrogates, values above U+10FFFF and
+// truncated sequences give no value; then `*pnBad`, where given, is the byte offset of the sequence that is not UTF-8.
+WEBFORMAT_EXPORT std::optional<String> fromUtf8(std::string_view sBytes, std::size_t* pnBad = nullptr);
+
+}  // namespace tov
