@@ -2,7 +2,8 @@
 
 #include "webformat/valueformatter.h"
 
-namespace tov {
+namespace tov
+{
 
 // How dates, times and timestamps are shown: one of the predefined formats, or a date pattern of its own, and perhaps
 // the time zone in which values are displayed.
@@ -50,8 +51,8 @@ public:
     String getMsoStyle(const Locale& tLocale, const KTWUILanguage& tLanguage) const override;
     // Compares the types only: two definitions with different patterns of their own compare equal.
     int CompareLikeDefinition(const WebValueFormatDefinition& tOther) const override;
-    // A definition with a pattern of its own is written with both biFormat="predefinedFormat" and the pattern; read back, the
-    // pattern is not taken.
+    // A definition with a pattern of its own is written with both biFormat="predefinedFormat" and the pattern; read
+    // back, the pattern is not taken.
     void populateDataFormat(XmlElement& tElement) const override;
     void writeToStreamImpl(OutputStream& tStream) const override;
     String getMsoFormatPatternImpl(const Locale& tLocale, const KTWUILanguage& tLanguage,

@@ -4,7 +4,8 @@
 
 #include "webbedrock/string.h"
 
-namespace tov {
+namespace tov
+{
 
 // What a caller may ask of a numeric formatter beyond its definition; `WebValueFormatDefinition::FormatParameters`.
 struct NumericFormatParameters

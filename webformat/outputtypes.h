@@ -5,14 +5,16 @@
 #include "webbedrock/export.h"
 #include "webbedrock/stringbuffer.h"
 
-namespace tov {
+namespace tov
+{
 
 // The kinds of document that values are written into, and the encoding of plain text for each of them.
 class WEBFORMAT_EXPORT ValueFormatterTypes
 {
 public:
-    // The values are fixed: they index tables.
-    enum OutputType
+    // The values are fixed: they index tables. Any int may be held: what is no output type is answered as each function
+    // says.
+    enum OutputType : int
     {
         kText = 0,        // copied unchanged
         kHTML = 1,        // markup encoded, HTML mode
@@ -36,10 +38,11 @@ public:
     //
     // Example: encodeToBufferOfType(tBuffer, kHTML, L"a<b", 3) appends "a&lt;b".
     //
-    // kLastType raises the assertion "unknown type"; it and any value outside 0 to 8 append nothing. An empty text appends nothing and
-    // does not grow the buffer. Allocates only if the buffer has to grow. Any thread, on buffers of its own.
-    static void encodeToBufferOfType(StringBufferBaseTemplate<wchar_t>& tBuffer, OutputType eType,
-                                     const wchar_t* pText, std::size_t nLength);
+    // kLastType raises the assertion "unknown type"; it and any value outside 0 to 8 append nothing. An empty text
+    // appends nothing and does not grow the buffer. Allocates only if the buffer has to grow. Any thread, on buffers of
+    // its own.
+    static void encodeToBufferOfType(StringBufferBaseTemplate<wchar_t>& tBuffer, OutputType eType, const wchar_t* pText,
+                                     std::size_t nLength);
 };
 
 }  // namespace tov

@@ -2,14 +2,17 @@
 
 #include "webformat/textformatter.h"
 
-namespace tov {
+namespace tov
+{
 
-// Writes binary values: an image (GIF, JPEG, PNG, TIFF, BMP) as an HTML image element whose source is a base64 data URL, anything
-// else as hexadecimal digits.
+// Writes binary values: an image (GIF, JPEG, PNG, TIFF, BMP) as an HTML image element whose source is a base64 data
+// URL, anything else as hexadecimal digits.
 //
-// Example: the bytes 00 FF -> "00FF"; a PNG of 16 by 8 pixels -> `<img width=16 height=8 src="data:image/png;base64,...">`
+// Example: the bytes 00 FF -> "00FF"; a PNG of 16 by 8 pixels -> `<img width=16 height=8
+// src="data:image/png;base64,...">`
 //
-// The output type does not change what is written. A null value and a value of no bytes write nothing. Values are `RawValue` records. Immutable; any number of threads may format through one object.
+// The output type does not change what is written. A null value and a value of no bytes write nothing. Values are
+// `RawValue` records. Immutable; any number of threads may format through one object.
 class WEBFORMAT_EXPORT RawValueFormatter : public WebTextFormatter
 {
 public:

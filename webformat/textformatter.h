@@ -2,7 +2,8 @@
 
 #include "webformat/valueformatter.h"
 
-namespace tov {
+namespace tov
+{
 
 // The base of formatters whose values are text or bytes: keeps the format string that the formatter was made from.
 //
@@ -17,8 +18,7 @@ public:
 
     static WebValueFormatterHandle CreateTextFormatter(const WebValueFormatDefinitionHandle& hDefinition,
                                                        const Locale& tLocale, OutputType eOutput);
-    static WebValueFormatterHandle ParseCustomFormat(const String& sFormat, const Locale& tLocale,
-                                                     OutputType eOutput);
+    static WebValueFormatterHandle ParseCustomFormat(const String& sFormat, const Locale& tLocale, OutputType eOutput);
 
 protected:
     WebTextFormatter(SQLDataType::StorageType eValueStorageType, String sFormat);

@@ -2,7 +2,8 @@
 
 #include "webbedrock/export.h"
 
-namespace tov {
+namespace tov
+{
 
 // Decides from which zone a timestamp is read and in which it is shown. One made by default knows no zone: values are
 // shown as they are stored.

@@ -15,7 +15,8 @@
 #include "webformat/timezoneresolver.h"
 #include "webformat/valueformatdefinition.h"
 
-namespace tov {
+namespace tov
+{
 
 class WebValueFormatter;
 
@@ -30,9 +31,10 @@ using WebValueFormatterHandle = Handle<const WebValueFormatter, const WebValueFo
 //     const double fValue = 1234.5;
 //     hFormatter->formatAsString(&fValue);   // "1,234.50"
 //
-// A formatter is immutable and may be used by any number of threads at once. Values are handed over as a pointer to a value of the
-// formatter's storage type (`valueStorageType()`): double, int, unsigned, long, unsigned long, CorvidNumber, DateTime, a
-// null-terminated wide string (the pointer itself), RawValue. A null pointer is the null value and is always allowed.
+// A formatter is immutable and may be used by any number of threads at once. Values are handed over as a pointer to a
+// value of the formatter's storage type (`valueStorageType()`): double, int, unsigned, long, unsigned long,
+// CorvidNumber, DateTime, a null-terminated wide string (the pointer itself), RawValue. A null pointer is the null
+// value and is always allowed.
 class WEBFORMAT_EXPORT WebValueFormatter : public RefCountedBaseTemplate<MemAllocNewdel>, public ValueFormatterTypes
 {
 public:
@@ -63,8 +65,9 @@ public:
     {
         impl_formatToBuffer(tBuffer, pValue);
     }
-    // The same for a value whose storage the caller states: a storage other than `valueStorageType()` raises the assertion
-    // "eStorage == m_eValueStorageType" and appends nothing. A null value pointer is formatted as the null value.
+    // The same for a value whose storage the caller states: a storage other than `valueStorageType()` raises the
+    // assertion "eStorage == m_eValueStorageType" and appends nothing. A null value pointer is formatted as the null
+    // value.
     void checkedFormatToBuffer(StringBufferBaseTemplate<wchar_t>& tBuffer, const void* pValue,
                                SQLDataType::StorageType eStorage) const;
 
@@ -78,8 +81,8 @@ public:
     // Factories. Each returns a null handle when no formatter applies; an impossible combination of type and storage
     // also raises the assertion "false" (source webformat/valueformatter). Any thread.
 
-    // A formatter for values of `tType` shown as `hDefinition` says (null: the type's default). `tParameters` adds fraction
-    // digits and a scale; the caller's definition is never changed. 64-bit integer storage is not served here.
+    // A formatter for values of `tType` shown as `hDefinition` says (null: the type's default). `tParameters` adds
+    // fraction digits and a scale; the caller's definition is never changed. 64-bit integer storage is not served here.
     static WebValueFormatterHandle getFormatter(const SQLDataType& tType,
                                                 const WebValueFormatDefinitionHandle& hDefinition,
                                                 const Locale& tLocale, const TimeZoneResolver& tResolver,
@@ -124,8 +127,7 @@ public:
                                                       const KTWUILanguage& tLanguage);
 
     // Fixed machine-readable patterns for exports: integers "#0", reals "0.################", dates "yyyy-MM-dd".
-    static WebValueFormatterHandle GetCSVFormatter(const SQLDataType& tType, const Locale& tLocale,
-                                                   OutputType eOutput);
+    static WebValueFormatterHandle GetCSVFormatter(const SQLDataType& tType, const Locale& tLocale, OutputType eOutput);
 
     // The shared, locale-independent formatter of typed SQL literals, and that of XML values. A type built with another
     // storage than its own gets a formatter of its own, built for that storage.
@@ -137,10 +139,11 @@ public:
 
     // The section of a pattern that holds variants for several outputs, and in `eFound` the output whose section it is.
     //
-    // Example: "abc[html]b" for kHTML -> "b", found kHTML; for kXLSX -> "b", found kHTML; for kSQL -> "abc", found kText.
+    // Example: "abc[html]b" for kHTML -> "b", found kHTML; for kXLSX -> "b", found kHTML; for kSQL -> "abc", found
+    // kText.
     //
-    // Tags are [text] [html] [xml] [java] [pdf] in any case; the text before the first tag is a [text] section; an apostrophe
-    // makes the next character ordinary. kPDF and kXLSX take a last [html] section. Where no section
+    // Tags are [text] [html] [xml] [java] [pdf] in any case; the text before the first tag is a [text] section; an
+    // apostrophe makes the next character ordinary. kPDF and kXLSX take a last [html] section. Where no section
     // matches, the [text] sections are the answer.
     static String GetOutputFormatString(const String& sFormat, OutputType eWanted, OutputType& eFound);
 

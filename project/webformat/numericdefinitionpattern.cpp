@@ -1,0 +1,104 @@
+#include "project/webformat/numericdefinitionpattern.h"
+
+#include <algorithm>
+
+#include "intl/ktwuilanguage.h"
+#include "intl/locale.h"
+#include "webbedrock/assertion.h"
+
+namespace tov {
+
+namespace {
+
+constexpr char kSource[] = "webformat/numericformatters";
+constexpr std::uint32_t kMostDigits = 16;
+constexpr wchar_t kQuotedLeftToRightMark[] = L"\"&#x200e;\"";
+
+using NegativeFormat = WebNumberFormatDefinitionBase::NegativeFormat;
+
+// Places the pattern into the locale's template for negative numbers ("-#"). Kept: a template with a parenthesis makes the
+// whole pattern one section, the positive pattern twice with a "-" between.
+void appendTemplatedSection(String& sPattern, const String& sPositive, const wchar_t* pStart, bool bMark,
+                            const String& sTemplate)
+{
+    if (sTemplate.find(L'(') != String::npos)
+    {
+        sPattern += L'-';
+        sPattern += sPositive;
+        return;
+    }
+    sPattern += pStart;
+    if (bMark)
+        sPattern += kQuotedLeftToRightMark;
+    for (const wchar_t nChar : sTemplate)
+    {
+        if (nChar == L'#')
+            sPattern += sPositive;
+        else
+            sPattern += nChar;
+    }
+}
+
+String withNegativeSection(const String& sPositive, NegativeFormat eFormat, const Locale& tLocale,
+                           ValueFormatterTypes::OutputType eOutput, const KTWUILanguage& tLanguage)
+{
+    const bool bMark = eOutput == ValueFormatterTypes::kHTML && tLanguage.isHebrew();
+    const String& sTemplate = tLocale.getInfo(Locale::kNegativeNumberTemplate);
+    String sPattern = sPositive;
+    switch (eFormat)
+    {
+    case WebNumberFormatDefinitionBase::kMinus:
+        appendTemplatedSection(sPattern, sPositive, L";", bMark, sTemplate);
+        break;
+    case WebNumberFormatDefinitionBase::kRedMinus:
+        appendTemplatedSection(sPattern, sPositive, L";[red]", bMark, sTemplate);
+        break;
+    case WebNumberFormatDefinitionBase::kRed:       sPattern += L";[red]" + sPositive; break;
+    case WebNumberFormatDefinitionBase::kParens:    sPattern += L";(" + sPositive + L")"; break;
+    case WebNumberFormatDefinitionBase::kRedParens: sPattern += L";[red](" + sPositive + L")"; break;
+    default:                                        WEBFORMAT_ASSERT(kSource, false); break;
+    }
+    return sPattern;
+}
+
+}  // namespace
+
+String positivePattern(const WebNumberFormatDefinitionBase& tDefinition)
+{
+    String sPattern = tDefinition.HasCommas() ? L"#,##0" : L"#0";
+    const std::uint32_t nMin = tDefinition.MinDigits();
+    const std::uint32_t nMax = tDefinition.MaxDigits();
+    if (nMax > 0)
+    {
+        sPattern += L'.';
+        sPattern.append(std::min(nMin, kMostDigits), L'0');
+        if (nMax > nMin)
+            sPattern.append(std::min(nMax - nMin, kMostDigits), L'#');
+    }
+    if (!tDefinition.getScaleFactor().empty())
+        sPattern += L"[scale-name:" + tDefinition.getScaleFactor() + L"]";
+    else if (tDefinition.Scale() != 0)
+        sPattern += L"[scale-decimal:" + std::to_wstring(tDefinition.Scale()) + L"]";
+    return sPattern;
+}
+
+String numberPattern(const WebNumberFormatDefinitionBase& tDefinition, const Locale& tLocale,
+                     ValueFormatterTypes::OutputType eOutput, const KTWUILanguage& tLanguage)
+{
+    return withNegativeSection(positivePattern(tDefinition), tDefinition.GetNegativeFormat(), tLocale, eOutput,
+                               tLanguage);
+}
+
+String percentPattern(const WebPercentFormatDefinition& tDefinition, const Locale& tLocale,
+                      ValueFormatterTypes::OutputType eOutput, const KTWUILanguage& tLanguage)
+{
+    String sSymbol = tLocale.getInfoAsString(Locale::kPercentFormat);
+    if (sSymbol.empty())
+        sSymbol = L"%";
+    const bool bLeading = tLocale.getInfo(Locale::kPercentSymbolLocation).starts_with(L"%#");
+    const String sNumber = positivePattern(tDefinition);
+    const String sPositive = bLeading ? sSymbol + L" " + sNumber : sNumber + sSymbol;
+    return withNegativeSection(sPositive, tDefinition.GetNegativeFormat(), tLocale, eOutput, tLanguage);
+}
+
+}  // namespace tov

@@ -1,0 +1,199 @@
+#include <algorithm>
+
+#include "project/webformat/numericdefinitionpattern.h"
+#include "project/webformat/numericinfo.h"
+#include "utilities/stringutils.h"
+#include "webbedrock/assertion.h"
+#include "webformat/formatterconfig.h"
+#include "webformat/numericformatterimpl.h"
+
+namespace tov {
+
+namespace {
+
+constexpr char kSource[] = "webformat/numericformatterimpl";
+constexpr wchar_t kIntegerPattern[] = L"#0";
+
+// The most fraction digits of the two predefined real definitions.
+constexpr unsigned kRealDigits = 2;
+constexpr unsigned kFullPrecisionDigits = 17;
+constexpr unsigned kDecimalDigits = 38;
+
+WebNumberFormatDefinition realDefinition()
+{
+    return WebNumberFormatDefinition(WebNumberFormatDefinitionBase::kMinus, false, kRealDigits, kRealDigits);
+}
+
+WebNumberFormatDefinition fullPrecisionDefinition()
+{
+    return WebNumberFormatDefinition(WebNumberFormatDefinitionBase::kMinus, false, 1, kFullPrecisionDigits);
+}
+
+// What a caller asks for on top of a predefined definition; without digits of its own the type's precision is the most.
+void applyParameters(WebNumberFormatDefinition& tDefinition, const NumericFormatParameters& tParameters,
+                     unsigned nPrecision)
+{
+    if (!StringUtils::isBlank(tParameters.sScaleFactor))
+        tDefinition.setScaleFactor(tParameters.sScaleFactor);
+    const bool bDigitsGiven = tParameters.nMinDigit != 0 || tParameters.nMaxDigit != 0 ||
+                              tParameters.eMinMaxDigitOverride == NumericFormatParameters::kZeroOverride;
+    if (bDigitsGiven)
+    {
+        tDefinition.setMinDigits(tParameters.nMinDigit);
+        tDefinition.setMaxDigits(tParameters.nMaxDigit);
+    }
+    else
+    {
+        tDefinition.setMaxDigits(nPrecision);
+    }
+}
+
+String integerPattern(const NumericFormatParameters& tParameters)
+{
+    if (StringUtils::isBlank(tParameters.sScaleFactor))
+        return kIntegerPattern;
+    return kIntegerPattern + (L"[scale-name:" + tParameters.sScaleFactor + L"]");
+}
+
+}  // namespace
+
+template <class T>
+NumericFormatter<T>::NumericFormatter() : WebValueFormatter(NumericInfo<T>::kStorage)
+{
+}
+
+template <class T>
+NumericFormatter<T>::~NumericFormatter() = default;
+
+template <class T>
+WebValueFormatterHandle NumericFormatter<T>::ParseCustomFormat(const String& sPattern, const Locale& tLocale,
+                                                               OutputType eOutput, const KTWUILanguage& tLanguage)
+{
+    return ParseCustomFormat(sPattern, tLocale, eOutput, tLanguage, kEvaluateFormatGlobal);
+}
+
+template <class T>
+WebValueFormatterHandle NumericFormatter<T>::ParseCustomFormat(const String& sPattern, const Locale& tLocale,
+                                                               OutputType eOutput, const KTWUILanguage& tLanguage,
+                                                               ExcelEvalauteFormatMask eExcelMask)
+{
+    return WebValueFormatterHandle(WEBFORMAT_NEW(kSource) NumericFormatterImpl<T>(sPattern, tLocale, eOutput, kLastType,
+                                                                                  tLanguage, eExcelMask));
+}
+
+template <class T>
+WebValueFormatterHandle NumericFormatter<T>::CreateFormatter(const WebNumberFormatDefinition& tDefinition,
+                                                             const Locale& tLocale, OutputType eOutput,
+                                                             const KTWUILanguage& tLanguage)
+{
+    return ParseCustomFormat(numberPattern(tDefinition, tLocale, eOutput, tLanguage), tLocale, eOutput, tLanguage);
+}
+
+template <class T>
+WebValueFormatterHandle NumericFormatter<T>::CreateFormatter(const WebPercentFormatDefinition& tDefinition,
+                                                             const Locale& tLocale, OutputType eOutput,
+                                                             const KTWUILanguage& tLanguage)
+{
+    return ParseCustomFormat(percentPattern(tDefinition, tLocale, eOutput, tLanguage), tLocale, eOutput, tLanguage);
+}
+
+template <class T>
+WebValueFormatterHandle NumericFormatter<T>::CreateFormatter(const WebCurrencyFormatDefinition&, const Locale&,
+                                                             OutputType, const KTWUILanguage&)
+{
+    return WebValueFormatterHandle();
+}
+
+template <class T>
+WebValueFormatterHandle NumericFormatter<T>::CreateFormatter(const WebConditionalCurrencyFormatDefinition&,
+                                                             const Locale&, OutputType, const KTWUILanguage&)
+{
+    return WebValueFormatterHandle();
+}
+
+// A pattern that asks for each row's currency needs the currency family.
+template <class T>
+WebValueFormatterHandle NumericFormatter<T>::CreateFormatter(const WebCustomFormatDefinition& tDefinition,
+                                                             const Locale& tLocale, OutputType eOutput,
+                                                             const KTWUILanguage& tLanguage)
+{
+    if (tDefinition.isConditionalCurrencyFormat())
+        return WebValueFormatterHandle();
+    return ParseCustomFormat(tDefinition.GetCustomFormat(), tLocale, eOutput, tLanguage);
+}
+
+template <class T>
+WebValueFormatterHandle NumericFormatter<T>::CreateFormatter(const WebValueFormatDefinition& tDefinition,
+                                                             const Locale& tLocale, OutputType eOutput,
+                                                             const KTWUILanguage& tLanguage)
+{
+    if (const auto* pCustom = dynamic_cast<const WebCustomFormatDefinition*>(&tDefinition))
+        return CreateFormatter(*pCustom, tLocale, eOutput, tLanguage);
+    if (const auto* pNumber = dynamic_cast<const WebNumberFormatDefinition*>(&tDefinition))
+        return CreateFormatter(*pNumber, tLocale, eOutput, tLanguage);
+    if (const auto* pConditional = dynamic_cast<const WebConditionalCurrencyFormatDefinition*>(&tDefinition))
+        return CreateFormatter(*pConditional, tLocale, eOutput, tLanguage);
+    if (const auto* pCurrency = dynamic_cast<const WebCurrencyFormatDefinition*>(&tDefinition))
+        return CreateFormatter(*pCurrency, tLocale, eOutput, tLanguage);
+    if (const auto* pPercent = dynamic_cast<const WebPercentFormatDefinition*>(&tDefinition))
+        return CreateFormatter(*pPercent, tLocale, eOutput, tLanguage);
+    return WebValueFormatterHandle();
+}
+
+template <class T>
+WebValueFormatterHandle NumericFormatter<T>::CreateDefaultFormatter(
+    FormatAs eFormatAs, const Locale& tLocale, OutputType eOutput,
+    const WebValueFormatDefinition::FormatParameters& tParameters, const KTWUILanguage& tLanguage)
+{
+    if (eFormatAs == kDisplayAsInteger)
+        return ParseCustomFormat(integerPattern(tParameters), tLocale, eOutput, tLanguage);
+    if (eFormatAs != kDisplayAsReal && eFormatAs != kDisplayAsRealFullPrecision)
+    {
+        Assertion::handleFailure("not expected", kSource, __LINE__);
+        return WebValueFormatterHandle();
+    }
+    WebNumberFormatDefinition tDefinition = eFormatAs == kDisplayAsReal ? realDefinition() : fullPrecisionDefinition();
+    applyParameters(tDefinition, tParameters, getPrecision(eFormatAs));
+    return CreateFormatter(tDefinition, tLocale, eOutput, tLanguage);
+}
+
+template <class T>
+unsigned NumericFormatter<T>::getPrecision(FormatAs)
+{
+    return 0;
+}
+
+template <>
+unsigned NumericFormatter<CorvidNumber>::getPrecision(FormatAs)
+{
+    return kDecimalDigits;
+}
+
+template <>
+unsigned NumericFormatter<double>::getPrecision(FormatAs eFormatAs)
+{
+    const unsigned nMaximum =
+        static_cast<unsigned>(FormatterConfig::maxSignificantDigitsSource().load(std::memory_order_relaxed));
+    switch (eFormatAs)
+    {
+    case kDisplayAsInteger:           return 0;
+    case kDisplayAsReal:              return std::min(nMaximum, kRealDigits);
+    case kDisplayAsRealFullPrecision: return std::min(nMaximum, kFullPrecisionDigits);
+    }
+    return kRealDigits;
+}
+
+template <class T>
+SQLDataType::StorageType NumericFormatter<T>::storageTypeForNumericType()
+{
+    return NumericInfo<T>::kStorage;
+}
+
+template class NumericFormatter<double>;
+template class NumericFormatter<int>;
+template class NumericFormatter<unsigned int>;
+template class NumericFormatter<long>;
+template class NumericFormatter<unsigned long>;
+template class NumericFormatter<CorvidNumber>;
+
+}  // namespace tov
