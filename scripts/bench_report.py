@@ -1,0 +1,75 @@
+"""Prints ratios and allocations out of the JSON results of Google Benchmark programs.
+
+    bench_report.py [--check] GOALS FOLDER
+
+A case is named <work>/<who>; the medians of its repetitions are compared. GOALS is a JSON object
+{"<work>": {"<peer>": ratio, "allocations": count}}: how many times faster than the peer the library has to be at least,
+and how many allocations a value may cost at most. With --check a missed goal makes the exit status 1.
+"""
+
+import json
+import re
+import statistics
+import sys
+from pathlib import Path
+
+OWN = "webformat"
+
+
+def read_results(folder):
+    """{work: {who: (median nanoseconds, allocations or None)}}, in the order of the programs' output."""
+    samples = {}
+    for file in sorted(Path(folder).glob("*.json")):
+        for run in json.loads(file.read_text(encoding="utf-8"))["benchmarks"]:
+            if run.get("run_type") == "iteration" and not run.get("error_occurred"):
+                work, _, who = re.sub(r"/(repeats|min_time|iterations|real_time|process_time).*", "", run["name"]).rpartition("/")
+                unit = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}[run["time_unit"]]
+                samples.setdefault(work, {}).setdefault(who, []).append((run["cpu_time"] * unit, run.get("allocations")))
+    return {
+        work: {
+            who: (
+                statistics.median(time for time, _ in runs),
+                max((count for _, count in runs if count is not None), default=None),
+            )
+            for who, runs in contenders.items()
+        }
+        for work, contenders in samples.items()
+    }
+
+
+def print_work(work, contenders, goals):
+    """Prints a block for one kind of work; returns the goals that it misses."""
+    missed = []
+    own_time, own_allocations = contenders.get(OWN, (None, None))
+    print(f"\n{work}")
+    for who, (time, allocations) in contenders.items():
+        line = f"    {who:<28}{time:>12.1f} ns"
+        line += f"{allocations:>8.2f} allocations" if allocations is not None else " " * 20
+        if who != OWN and own_time:
+            ratio, goal = time / own_time, goals.get(who)
+            line += f"   {ratio:7.2f} times {OWN}'s"
+            if goal is not None:
+                line += f" (goal {goal})"
+                if ratio < goal:
+                    missed.append(f"{work}: {ratio:.2f} times {who}, goal {goal}")
+        print(line.rstrip())
+    limit = goals.get("allocations")
+    if limit is not None and own_allocations is not None and own_allocations > limit:
+        missed.append(f"{work}: {own_allocations:.2f} allocations, goal {limit}")
+    return missed
+
+
+def main():
+    arguments = [argument for argument in sys.argv[1:] if argument != "--check"]
+    goals_file, folder = arguments
+    goals = json.loads(Path(goals_file).read_text(encoding="utf-8")) if Path(goals_file).exists() else {}
+    results = read_results(folder)
+    missed = [goal for work, contenders in results.items() for goal in print_work(work, contenders, goals.get(work, {}))]
+    print(f"\n{len(results)} kinds of work, {len(missed)} goals missed")
+    for goal in missed:
+        print(f"MISSED {goal}")
+    return 1 if not results or (missed and "--check" in sys.argv) else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
