@@ -1,5 +1,7 @@
 #include "webbedrock/stringbuffer.h"
 
+#include <algorithm>
+
 #include "webbedrock/assertion.h"
 #include "webbedrock/memoryallocator.h"
 
@@ -21,13 +23,14 @@ std::size_t capacityFor(std::size_t nNeeded)
 }  // namespace
 
 template <class Char>
-bool StringBufferBaseTemplate<Char>::grow(std::size_t nNeeded)
+bool StringBufferBaseTemplate<Char>::grow(std::size_t nFree)
 {
-    const std::size_t nSize = nNeeded;
+    // No sum of the two may wrap round to a small number.
+    const std::size_t nSize = m_nLength + std::min<std::size_t>(nFree, 1ULL << 31);
     WEBFORMAT_ASSERT(kSource, nSize < (1ULL << 31));
     if (nSize >= (1ULL << 31))
         return false;
-    const std::size_t nCapacity = capacityFor(nNeeded);
+    const std::size_t nCapacity = capacityFor(nSize);
     Char* pData =
         static_cast<Char*>(MemoryAllocatorGateway::allocate((nCapacity + 1) * sizeof(Char), kSource, __LINE__));
     std::memcpy(pData, m_pData, m_nLength * sizeof(Char));

@@ -54,7 +54,7 @@ public:
 
     void append(Char tChar)
     {
-        if (m_nLength < m_nCapacity || grow(m_nLength + 1))
+        if (m_nLength < m_nCapacity || grow(1))
             m_pData[m_nLength++] = tChar;
     }
 
@@ -78,7 +78,7 @@ public:
     }
 
     // Makes room for `nFree` more characters; false (after the assertion) where the result would be too long.
-    bool reserveFree(std::size_t nFree) { return nFree <= m_nCapacity - m_nLength || grow(m_nLength + nFree); }
+    bool reserveFree(std::size_t nFree) { return nFree <= m_nCapacity - m_nLength || grow(nFree); }
 
     // The first free place and, once characters have been written there, the step over them. `nCount` is at most
     // capacity() - length().
@@ -96,7 +96,8 @@ protected:
     }
 
 private:
-    bool grow(std::size_t nNeeded);
+    // Moves to storage with room for `nFree` more characters, or raises the assertion and returns false.
+    bool grow(std::size_t nFree);
     void releaseHeap();
 
     static inline Char s_tNothing{};
