@@ -10,8 +10,7 @@
 #include "webbedrock/export.h"
 #include "webbedrock/stringbuffer.h"
 
-namespace tov
-{
+namespace tov {
 
 // A decimal number of any precision: a signed whole coefficient and a power of ten, or an infinite value with a sign.
 //
@@ -107,8 +106,7 @@ private:
 // below. No multiplication, no heap for coefficients up to 128 bits.
 WEBFORMAT_EXPORT int compareMagnitudeToPower10(const CorvidNumber& tValue, int nPower);
 
-namespace math
-{
+namespace math {
 
 WEBFORMAT_EXPORT CorvidNumber absolute(const CorvidNumber& tValue);
 

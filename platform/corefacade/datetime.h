@@ -4,8 +4,7 @@
 #include <cstdint>
 #include <type_traits>
 
-namespace tov
-{
+namespace tov {
 
 // A civil date and time of day as plain fields, without a time zone: 2024-03-05 07:08:09.123456789.
 //

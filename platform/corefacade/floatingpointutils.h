@@ -5,8 +5,7 @@
 #include "webbedrock/export.h"
 #include "webbedrock/stringbuffer.h"
 
-namespace tov
-{
+namespace tov {
 
 // The decimal digits of doubles and integers, rounded for display.
 //

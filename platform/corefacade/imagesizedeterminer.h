@@ -2,8 +2,7 @@
 
 #include "webbedrock/export.h"
 
-namespace tov
-{
+namespace tov {
 
 // Recognises images by their first bytes and reads their size from the header; nothing is decoded.
 //

@@ -2,8 +2,7 @@
 
 #include <cstdint>
 
-namespace tov
-{
+namespace tov {
 
 // A binary value: bytes that somebody else owns. `pBytes` may be null when `nBytes` is 0.
 struct RawValue

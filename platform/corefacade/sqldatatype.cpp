@@ -3,11 +3,9 @@
 #include <cstddef>
 #include <utility>
 
-namespace tov
-{
+namespace tov {
 
-namespace
-{
+namespace {
 
 using StorageName = std::pair<std::string_view, SQLDataType::StorageType>;
 

@@ -5,8 +5,7 @@
 
 #include "webbedrock/export.h"
 
-namespace tov
-{
+namespace tov {
 
 // What a column's values are in SQL and how one of them is held in memory.
 //

@@ -1,0 +1,160 @@
+#include "corefacade/decimaldigits.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace tov {
+
+namespace {
+
+// 10^19 has its top bit set, so that dividing two limbs by it needs no shifting: two multiplications and at most two
+// corrections, with the reciprocal floor((2^128 - 1) / 10^19) - 2^64.
+constexpr std::uint64_t kReciprocal = static_cast<std::uint64_t>(~UInt128{0} / kTenTo19 - (UInt128{1} << 64));
+
+struct QuotientAndRemainder
+{
+    std::uint64_t m_nQuotient;
+    std::uint64_t m_nRemainder;
+};
+
+// `nHigh` is below 10^19.
+QuotientAndRemainder divideTwoLimbs(std::uint64_t nHigh, std::uint64_t nLow)
+{
+    const UInt128 nEstimate = UInt128{kReciprocal} * nHigh + ((UInt128{nHigh} << 64) | nLow);
+    std::uint64_t nQuotient = static_cast<std::uint64_t>(nEstimate >> 64) + 1;
+    std::uint64_t nRemainder = nLow - nQuotient * kTenTo19;
+    if (nRemainder > static_cast<std::uint64_t>(nEstimate))
+    {
+        --nQuotient;
+        nRemainder += kTenTo19;
+    }
+    if (nRemainder >= kTenTo19)
+    {
+        ++nQuotient;
+        nRemainder -= kTenTo19;
+    }
+    return {nQuotient, nRemainder};
+}
+
+// Divides in place, lowest limb first in memory; returns the remainder.
+std::uint64_t divideByTenTo19(std::uint64_t* pLimbs, std::size_t nLimbs)
+{
+    std::uint64_t nRemainder = 0;
+    for (std::size_t n = nLimbs; n-- > 0;)
+    {
+        const QuotientAndRemainder tStep = divideTwoLimbs(nRemainder, pLimbs[n]);
+        pLimbs[n] = tStep.m_nQuotient;
+        nRemainder = tStep.m_nRemainder;
+    }
+    return nRemainder;
+}
+
+// More than two limbs.
+void appendLongDigits(StringBufferBaseTemplate<char>& tBuffer, std::vector<std::uint64_t> vLimbs)
+{
+    std::vector<std::uint64_t> vGroups;
+    while (!vLimbs.empty())
+    {
+        vGroups.push_back(divideByTenTo19(vLimbs.data(), vLimbs.size()));
+        while (!vLimbs.empty() && vLimbs.back() == 0)
+            vLimbs.pop_back();
+    }
+    if (!tBuffer.reserveFree(vGroups.size() * 19))
+        return;
+    tBuffer.advance(writeDigits(tBuffer.freePlace(), vGroups.back()));
+    for (std::size_t n = vGroups.size() - 1; n-- > 0; tBuffer.advance(19))
+        writeNineteenDigits(tBuffer.freePlace(), vGroups[n]);
+}
+
+// Adds one to the number written in the digits [pFirst, pEnd); false when all were nines and are zeros now.
+bool increment(char* pFirst, char* pEnd)
+{
+    while (pEnd != pFirst)
+    {
+        --pEnd;
+        if (*pEnd != '9')
+        {
+            ++*pEnd;
+            return true;
+        }
+        *pEnd = '0';
+    }
+    return false;
+}
+
+// The first `nKept` of the digits, rounded, behind the buffer's contents.
+void appendRounded(StringBufferBaseTemplate<char>& tBuffer, std::string_view sDigits, std::size_t nKept)
+{
+    tBuffer.append(sDigits.substr(0, nKept));
+    if (sDigits[nKept] < '5')
+        return;
+    char* pEnd = tBuffer.freePlace();
+    if (increment(pEnd - tBuffer.length(), pEnd))
+        return;
+    // All nines: a one and as many zeros.
+    tBuffer.append('0');
+    tBuffer[0] = '1';
+}
+
+}  // namespace
+
+unsigned writeDigits(char* pOut, UInt128 nValue)
+{
+    std::uint64_t aLimbs[2] = {static_cast<std::uint64_t>(nValue), static_cast<std::uint64_t>(nValue >> 64)};
+    if (aLimbs[1] == 0)
+        return writeDigits(pOut, aLimbs[0]);
+    const std::uint64_t nLast = divideByTenTo19(aLimbs, 2);
+    unsigned nCount = 0;
+    if (aLimbs[1] == 0 && aLimbs[0] < kTenTo19)
+    {
+        nCount = writeDigits(pOut, aLimbs[0]);
+    }
+    else
+    {
+        const std::uint64_t nMiddle = divideByTenTo19(aLimbs, 2);
+        nCount = writeDigits(pOut, aLimbs[0]);
+        writeNineteenDigits(pOut + nCount, nMiddle);
+        nCount += 19;
+    }
+    writeNineteenDigits(pOut + nCount, nLast);
+    return nCount + 19;
+}
+
+void appendDigits(StringBufferBaseTemplate<char>& tBuffer, const unsigned long long* pLimbs, std::size_t nLimbs)
+{
+    if (nLimbs > 2)
+    {
+        appendLongDigits(tBuffer, std::vector<std::uint64_t>(pLimbs, pLimbs + nLimbs));
+        return;
+    }
+    const UInt128 nHigh = nLimbs == 2 ? pLimbs[1] : 0;
+    if (tBuffer.reserveFree(kMaxDigits128))
+        tBuffer.advance(writeDigits(tBuffer.freePlace(), nHigh << 64 | pLimbs[0]));
+}
+
+int placeDigits(StringBufferBaseTemplate<char>& tBuffer, std::string_view sDigits, std::int64_t nExponent,
+                unsigned nFractionDigits)
+{
+    tBuffer.clear();
+    const std::int64_t nPlaces = std::min(nFractionDigits, kMaxFractionDigits);
+    const std::int64_t nDigits = static_cast<std::int64_t>(sDigits.size());
+    const std::int64_t nKept = nDigits + nExponent + nPlaces;
+    if (nDigits == 0 || nKept < 0)
+    {
+        tBuffer.appendRepeated('0', static_cast<std::size_t>(nPlaces));
+        return 0;
+    }
+    tBuffer.appendRepeated('0', static_cast<std::size_t>(std::max<std::int64_t>(nPlaces - nKept, 0)));
+    if (nKept < nDigits)
+    {
+        appendRounded(tBuffer, sDigits, static_cast<std::size_t>(nKept));
+    }
+    else
+    {
+        tBuffer.append(sDigits);
+        tBuffer.appendRepeated('0', static_cast<std::size_t>(nKept - nDigits));
+    }
+    return static_cast<int>(static_cast<std::int64_t>(tBuffer.length()) - nPlaces);
+}
+
+}  // namespace tov
