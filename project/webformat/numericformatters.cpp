@@ -17,7 +17,6 @@ constexpr wchar_t kIntegerPattern[] = L"#0";
 // The most fraction digits of the two predefined real definitions.
 constexpr unsigned kRealDigits = 2;
 constexpr unsigned kFullPrecisionDigits = 17;
-constexpr unsigned kDecimalDigits = 38;
 
 WebNumberFormatDefinition realDefinition()
 {
@@ -158,29 +157,16 @@ WebValueFormatterHandle NumericFormatter<T>::CreateDefaultFormatter(
 }
 
 template <class T>
-unsigned NumericFormatter<T>::getPrecision(FormatAs)
+unsigned NumericFormatter<T>::getPrecision(FormatAs eFormatAs)
 {
-    return 0;
-}
-
-template <>
-unsigned NumericFormatter<CorvidNumber>::getPrecision(FormatAs)
-{
-    return kDecimalDigits;
-}
-
-template <>
-unsigned NumericFormatter<double>::getPrecision(FormatAs eFormatAs)
-{
-    const unsigned nMaximum =
-        static_cast<unsigned>(FormatterConfig::maxSignificantDigitsSource().load(std::memory_order_relaxed));
+    const int nMaximum = FormatterConfig::maxSignificantDigitsSource().load(std::memory_order_relaxed);
+    const unsigned nCap = static_cast<unsigned>(std::max(nMaximum, 0));
     switch (eFormatAs)
     {
-    case kDisplayAsInteger:           return 0;
-    case kDisplayAsReal:              return std::min(nMaximum, kRealDigits);
-    case kDisplayAsRealFullPrecision: return std::min(nMaximum, kFullPrecisionDigits);
+    case kDisplayAsInteger:           return NumericInfo<T>::precision(0, nCap);
+    case kDisplayAsRealFullPrecision: return NumericInfo<T>::precision(kFullPrecisionDigits, nCap);
+    default:                          return NumericInfo<T>::precision(kRealDigits, nCap);
     }
-    return kRealDigits;
 }
 
 template <class T>

@@ -25,6 +25,8 @@ namespace tov {
 //   asDouble                     the nearest double
 //   quotient                     value x numerator / denominator: exact for decimals, in double elsewhere
 //   durationOf                   floor(numerator x magnitude) / denominator in the value type
+//   precision                    the most fraction digits that a default formatter shows, given those of the predefined
+//                                definition and the configured significant digits
 template <class T>
 struct NumericInfo;
 
@@ -77,6 +79,8 @@ struct NumericInfo<double>
     {
         return std::floor(static_cast<double>(nNumerator) * std::fabs(fValue)) / static_cast<double>(nDenominator);
     }
+
+    static unsigned precision(unsigned nDigits, unsigned nCap) { return nDigits < nCap ? nDigits : nCap; }
 };
 
 template <>
@@ -118,6 +122,8 @@ struct NumericInfo<CorvidNumber>
     {
         return math::floor(CorvidNumber(nNumerator) * math::absolute(tValue)) / CorvidNumber(nDenominator);
     }
+
+    static unsigned precision(unsigned, unsigned) { return 38; }
 };
 
 // The four whole types. Their digits are exact, whatever the configured number of significant digits.
@@ -174,6 +180,8 @@ struct WholeNumericInfo
         return fDuration >= static_cast<double>(std::numeric_limits<T>::max()) ? std::numeric_limits<T>::max()
                                                                                : static_cast<T>(fDuration);
     }
+
+    static unsigned precision(unsigned, unsigned) { return 0; }
 };
 
 template <>

@@ -149,7 +149,7 @@ private:
         case Item::kDOWAbbrev:   appendDayName(Locale::kAbbreviatedDay); break;
         case Item::kDOW:         appendDayName(Locale::kDay); break;
         case Item::kMonthAbbrev: appendMonthName(Locale::kAbbreviatedMonth); break;
-        case Item::kMonth:       appendMonthName(Locale::kMonth); break;
+        case Item::kMonth:       appendMonthName(Locale::kNominitiveMonth); break;
         case Item::kHour:        appendHour(tSpecial); break;
         case Item::kHourMin:     appendHourAndMinute(tSpecial); break;
         case Item::kTime:        appendTime(tSpecial); break;
