@@ -13,9 +13,9 @@ constexpr std::array<double, 23> kDoublePowers = {1e0,  1e1,  1e2,  1e3,  1e4,  
                                                   1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
                                                   1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 
-constexpr std::array<std::uint64_t, kMostPlaces + 1> kWholePowers = []
+constexpr std::array<std::int64_t, kMostPlaces + 1> kWholePowers = []
 {
-    std::array<std::uint64_t, kMostPlaces + 1> aPowers{1};
+    std::array<std::int64_t, kMostPlaces + 1> aPowers{1};
     for (unsigned n = 1; n < aPowers.size(); ++n)
         aPowers[n] = aPowers[n - 1] * 10;
     return aPowers;
@@ -33,22 +33,22 @@ constexpr double kSurelyDown = 5.2e-15;
 
 struct Scaled
 {
-    std::uint64_t m_nWhole;
-    double m_fFraction;  // of a unit, in [0, 1)
+    std::int64_t m_nWhole;  // signed: converting to and from unsigned takes a branch
+    double m_fFraction;     // of a unit, in [0, 1)
 };
 
 Scaled scaleUp(double fMagnitude, unsigned nPlaces)
 {
-    const std::uint64_t nWhole = static_cast<std::int64_t>(fMagnitude);
+    const std::int64_t nWhole = static_cast<std::int64_t>(fMagnitude);
     const double fRest = (fMagnitude - static_cast<double>(nWhole)) * kDoublePowers[nPlaces];
-    const std::uint64_t nRest = static_cast<std::int64_t>(fRest);
+    const std::int64_t nRest = static_cast<std::int64_t>(fRest);
     return {nWhole * kWholePowers[nPlaces] + nRest, fRest - static_cast<double>(nRest)};
 }
 
 Scaled scaleDown(double fMagnitude, unsigned nPlaces)
 {
     const double fUnits = fMagnitude / kDoublePowers[nPlaces];
-    const std::uint64_t nWhole = static_cast<std::int64_t>(fUnits);
+    const std::int64_t nWhole = static_cast<std::int64_t>(fUnits);
     return {nWhole, fUnits - static_cast<double>(nWhole)};
 }
 
@@ -66,7 +66,7 @@ bool roundToUnits(double fMagnitude, int nPlaces, std::uint64_t& nUnits)
     const double fBelowHalf = 0.5 - tScaled.m_fFraction;
     const unsigned nUp = fBelowHalf <= kSurelyUp * fUnits;
     const unsigned nDown = fBelowHalf > kSurelyDown * fUnits;
-    nUnits = tScaled.m_nWhole + nUp;
+    nUnits = static_cast<std::uint64_t>(tScaled.m_nWhole) + nUp;
     return (nUp | nDown) != 0;
 }
 
