@@ -15,6 +15,8 @@ import sys
 # thunk, a static inside a function); then the nested name itself, without the project's namespace.
 NESTED = re.compile(r"^_Z(?:GV|TV|TI|TS|TT|TC|TH|TW|Th\w*?_|Tv\w*?_|Tc\w*?_)?Z*N[VK]*[RO]?3tov(.*)")
 
+OPERATORS = {"pl": "+", "mi": "-", "ng": "-", "ml": "*", "dv": "/", "eq": "==", "ne": "!=", "lt": "<", "ss": "<=>"}
+
 
 def path_of(symbol):
     """The names that a symbol consists of: _ZN3tov6Locale4kUSAE -> ["Locale", "kUSA"]; None outside the namespace."""
@@ -27,7 +29,7 @@ def path_of(symbol):
         end = start + int(length.group())
         names.append(rest[start:end])
         rest = rest[end:]
-    return names
+    return names or ["operator" + OPERATORS.get(rest[:2], " " + rest[:2])]
 
 
 def read_list(file_name):
@@ -41,8 +43,16 @@ def exported_symbols(library):
     return sorted(line.split()[-1].split("@")[0] for line in output.splitlines())
 
 
-def demangle(symbols):
-    return subprocess.run(["c++filt"], input="\n".join(symbols), check=True, capture_output=True, text=True).stdout
+def strangers_by_owner(symbols):
+    owners = {}
+    for symbol in symbols:
+        path = path_of(symbol)
+        owners.setdefault("outside of tov" if path is None else "tov::" + path[0], []).append(symbol)
+    return owners
+
+
+def demangle(symbol):
+    return subprocess.run(["c++filt", symbol], check=True, capture_output=True, text=True).stdout.strip()
 
 
 def main():
@@ -57,8 +67,8 @@ def main():
             strangers.append(symbol)
     missing = [name for name in map("::".join, listed) if name not in seen]
 
-    if strangers:
-        print("exported, but not listed:", demangle(strangers), sep="\n")
+    for owner, symbols in sorted(strangers_by_owner(strangers).items()):
+        print(f"exported, but not listed: {owner}, {len(symbols)} symbols, the first: {demangle(symbols[0])}")
     for name in missing:
         print(f"listed, but not exported: tov::{name}")
     duplicates = {"::".join(name) for name in listed if listed.count(name) > 1}
