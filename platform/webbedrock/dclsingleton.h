@@ -1,10 +1,12 @@
 #pragma once
 
 #include <atomic>
+#include <cstdint>
 
 #include "webbedrock/assertion.h"
 #include "webbedrock/criticalsection.h"
 #include "webbedrock/handle.h"
+#include "webbedrock/memoryallocator.h"
 
 namespace tov {
 
