@@ -6,8 +6,7 @@
 #include "webbedrock/export.h"
 #include "webbedrock/string.h"
 
-namespace tov
-{
+namespace tov {
 
 // The language of the user interface, by its tag: KTWUILanguage(L"he-IL").isHebrew() -> true.
 //

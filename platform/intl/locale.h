@@ -8,8 +8,7 @@
 #include "webbedrock/string.h"
 #include "webbedrock/stringbuffer.h"
 
-namespace tov
-{
+namespace tov {
 
 class DateTime;
 struct LocaleRecord;

@@ -7,8 +7,7 @@
 #include "intl/locale.h"
 #include "webbedrock/export.h"
 
-namespace tov
-{
+namespace tov {
 
 // Finds the locale that a tag names: lookup(L"de_DE.UTF-8") -> "de-DE", lookup(L"zh-TW") -> "zh-Hant-TW".
 //
