@@ -53,7 +53,8 @@ public:
 
     // Reads the attributes that the definitions share. Digits that are not given are 2 and 2.
     virtual void ReadXMLAttributes(const XmlElement& tElement);
-    // Append the positive section of the Excel pattern, and the negative one with its separator; false: there is no pattern.
+    // Append the positive section of the Excel pattern, and the negative one with its separator; false: there is no
+    // pattern.
     virtual bool msoFormat(StringBufferBaseTemplate<wchar_t>& tBuffer, const Locale& tLocale,
                            const KTWUILanguage& tLanguage) const;
     virtual bool msoNegativeFormat(StringBufferBaseTemplate<wchar_t>& tBuffer, const Locale& tLocale,
@@ -170,20 +171,19 @@ public:
     ~NumericFormatter() override;
 
     // Compiles a pattern; the section for `eOutput` is picked first.
-    static WebValueFormatterHandle ParseCustomFormat(const String& sPattern, const Locale& tLocale,
-                                                     OutputType eOutput, const KTWUILanguage& tLanguage);
-    static WebValueFormatterHandle ParseCustomFormat(const String& sPattern, const Locale& tLocale,
-                                                     OutputType eOutput, const KTWUILanguage& tLanguage,
+    static WebValueFormatterHandle ParseCustomFormat(const String& sPattern, const Locale& tLocale, OutputType eOutput,
+                                                     const KTWUILanguage& tLanguage);
+    static WebValueFormatterHandle ParseCustomFormat(const String& sPattern, const Locale& tLocale, OutputType eOutput,
+                                                     const KTWUILanguage& tLanguage,
                                                      ExcelEvalauteFormatMask eExcelMask);
 
-    // Turn a definition into a pattern and compile it. The generic one picks by the definition's class; a null handle is
-    // the answer for a class that describes no numbers, and for the currency and older definitions while those
+    // Turn a definition into a pattern and compile it. The generic one picks by the definition's class; a null handle
+    // is the answer for a class that describes no numbers, and for the currency and older definitions while those
     // families are not there.
     static WebValueFormatterHandle CreateFormatter(const WebNumberFormatDefinition& tDefinition, const Locale& tLocale,
                                                    OutputType eOutput, const KTWUILanguage& tLanguage);
-    static WebValueFormatterHandle CreateFormatter(const WebPercentFormatDefinition& tDefinition,
-                                                   const Locale& tLocale, OutputType eOutput,
-                                                   const KTWUILanguage& tLanguage);
+    static WebValueFormatterHandle CreateFormatter(const WebPercentFormatDefinition& tDefinition, const Locale& tLocale,
+                                                   OutputType eOutput, const KTWUILanguage& tLanguage);
     static WebValueFormatterHandle CreateFormatter(const WebCurrencyFormatDefinition& tDefinition,
                                                    const Locale& tLocale, OutputType eOutput,
                                                    const KTWUILanguage& tLanguage);
@@ -197,12 +197,12 @@ public:
 
     // The formatter of values without a definition: "#0" for integers, "#0.00" for reals up to the type's precision. A
     // value outside FormatAs raises the assertion "not expected" (source webformat/numericformatterimpl), null handle.
-    static WebValueFormatterHandle CreateDefaultFormatter(
-        FormatAs eFormatAs, const Locale& tLocale, OutputType eOutput,
-        const WebValueFormatDefinition::FormatParameters& tParameters, const KTWUILanguage& tLanguage);
+    static WebValueFormatterHandle CreateDefaultFormatter(FormatAs eFormatAs, const Locale& tLocale, OutputType eOutput,
+                                                          const WebValueFormatDefinition::FormatParameters& tParameters,
+                                                          const KTWUILanguage& tLanguage);
 
-    // The most fraction digits that a default formatter shows: for double 0, 2 and 17, the last two capped by the configured
-    // significant digits; 38 for decimals, 0 for integers.
+    // The most fraction digits that a default formatter shows: for double 0, 2 and 17, the last two capped by the
+    // configured significant digits; 38 for decimals, 0 for integers.
     static unsigned getPrecision(FormatAs eFormatAs);
     static SQLDataType::StorageType storageTypeForNumericType();
 

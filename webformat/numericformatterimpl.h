@@ -13,12 +13,12 @@ struct NumericProgram;
 // The numeric engine: a pattern compiled once, rendered for each value of type T. Made by the factories of
 // `NumericFormatter<T>`.
 //
-// A value: NaN is "NAN" and plus infinity "INF". A negative value is rendered by the second section, whose literals stand for
-// the sign; without one a "-" is written before the first. Zero and positive values use the first section. A null uses the
-// third section (as the value 0); without one it is "&nbsp;" in HTML and nothing elsewhere.
+// A value: NaN is "NAN" and plus infinity "INF". A negative value is rendered by the second section, whose literals
+// stand for the sign; without one a "-" is written before the first. Zero and positive values use the first section. A
+// null uses the third section (as the value 0); without one it is "&nbsp;" in HTML and nothing elsewhere.
 //
-// Rendering allocates only if the buffer has to grow or the number has more than 512 digits, and takes no lock. Immutable;
-// any number of threads may format through one object.
+// Rendering allocates only if the buffer has to grow or the number has more than 512 digits, and takes no lock.
+// Immutable; any number of threads may format through one object.
 template <class T>
 class WEBFORMAT_EXPORT NumericFormatterImpl final : public NumericFormatter<T>
 {
@@ -29,8 +29,8 @@ public:
     using MOD = NumericPattern::Modulus;
     using ScaleFactor = NumericPattern::ScaleFactor;
 
-    // Compiles `sPattern`. `eParseOutput` kLastType: the section for `eOutput` is picked first. `pSource` null: the time and
-    // duration brackets get the formatters of their families.
+    // Compiles `sPattern`. `eParseOutput` kLastType: the section for `eOutput` is picked first. `pSource` null: the
+    // time and duration brackets get the formatters of their families.
     NumericFormatterImpl(const String& sPattern, const Locale& tLocale, OutputType eOutput, OutputType eParseOutput,
                          const KTWUILanguage& tLanguage, ExcelEvalauteFormatMask eExcelMask,
                          const NumericSubFormatterSource* pSource = nullptr);

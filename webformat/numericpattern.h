@@ -17,7 +17,8 @@ class WEBFORMAT_EXPORT NumericSubFormatterSource
 public:
     virtual ~NumericSubFormatterSource();
 
-    // The formatter of a time bracket: `nStyle` is 3 (time), 4 (hour and minute) or 16 (hour), the predefined date type.
+    // The formatter of a time bracket: `nStyle` is 3 (time), 4 (hour and minute) or 16 (hour), the predefined date
+    // type.
     virtual WebValueFormatterHandle timeFormatter(int nStyle, const Locale& tLocale, const KTWUILanguage& tLanguage,
                                                   ValueFormatterTypes::OutputType eOutput) const = 0;
     // The formatter of a duration bracket; the whole pattern is the duration's own.
@@ -44,8 +45,8 @@ public:
 //               / "scale-name:" name / "scale-decimal:" integer                  ; anything else is ignored
 //   literal     = any other run of characters       ; encoded for the output
 //
-// Example: "#,##0.00" is one section with the items kOptional [-61444, -3), kOptional [-3, -1), kRequired [-1, 0), kDecimal,
-// kRequired [0, 2), grouping set, 2 to 2 fraction digits.
+// Example: "#,##0.00" is one section with the items kOptional [-61444, -3), kOptional [-3, -1), kRequired [-1, 0),
+// kDecimal, kRequired [0, 2), grouping set, 2 to 2 fraction digits.
 //
 // Every text is a pattern: nothing is rejected. Time and memory are linear in its length. A parsed pattern is
 // immutable, owns all its texts in one buffer, and may be read by any number of threads.
@@ -75,7 +76,8 @@ public:
         };
 
         Type eType = kText;
-        // The digit positions of a placeholder run, half open: the units digit is [-1, 0), the first fraction digit [0, 1).
+        // The digit positions of a placeholder run, half open: the units digit is [-1, 0), the first fraction digit [0,
+        // 1).
         std::int32_t nStartDigit = 0;
         std::int32_t nEndDigit = 0;
         // The text of a kText item, encoded for the output; the name of a kColor item. See NumericPattern::text().
@@ -127,11 +129,12 @@ public:
     // The leftmost position of the first run of a section: the digits above it are never shown.
     static constexpr std::int32_t knLeftmostDigit = -61440;
 
-    // Compiles `sPattern` for `eOutput`. With `eParseOutput` = kLastType the section for `eOutput` is picked out of a pattern
-    // with variants first; any other value says that the pattern is such a section, written for that output already.
-    // `pSource` null: the families' own factories. The pattern keeps no reference to its arguments.
+    // Compiles `sPattern` for `eOutput`. With `eParseOutput` = kLastType the section for `eOutput` is picked out of a
+    // pattern with variants first; any other value says that the pattern is such a section, written for that output
+    // already. `pSource` null: the families' own factories. The pattern keeps no reference to its arguments.
     static NumericPattern parse(const String& sPattern, const Locale& tLocale, OutputType eOutput,
-                                const KTWUILanguage& tLanguage, OutputType eParseOutput = ValueFormatterTypes::kLastType,
+                                const KTWUILanguage& tLanguage,
+                                OutputType eParseOutput = ValueFormatterTypes::kLastType,
                                 const NumericSubFormatterSource* pSource = nullptr);
 
     // At least one section, even for the empty pattern.

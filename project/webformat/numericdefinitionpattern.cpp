@@ -16,8 +16,8 @@ constexpr wchar_t kQuotedLeftToRightMark[] = L"\"&#x200e;\"";
 
 using NegativeFormat = WebNumberFormatDefinitionBase::NegativeFormat;
 
-// Places the pattern into the locale's template for negative numbers ("-#"). Kept: a template with a parenthesis makes the
-// whole pattern one section, the positive pattern twice with a "-" between.
+// Places the pattern into the locale's template for negative numbers ("-#"). Kept: a template with a parenthesis makes
+// the whole pattern one section, the positive pattern twice with a "-" between.
 void appendTemplatedSection(String& sPattern, const String& sPositive, const wchar_t* pStart, bool bMark,
                             const String& sTemplate)
 {
@@ -53,10 +53,10 @@ String withNegativeSection(const String& sPositive, NegativeFormat eFormat, cons
     case WebNumberFormatDefinitionBase::kRedMinus:
         appendTemplatedSection(sPattern, sPositive, L";[red]", bMark, sTemplate);
         break;
-    case WebNumberFormatDefinitionBase::kRed:       sPattern += L";[red]" + sPositive; break;
-    case WebNumberFormatDefinitionBase::kParens:    sPattern += L";(" + sPositive + L")"; break;
+    case WebNumberFormatDefinitionBase::kRed: sPattern += L";[red]" + sPositive; break;
+    case WebNumberFormatDefinitionBase::kParens: sPattern += L";(" + sPositive + L")"; break;
     case WebNumberFormatDefinitionBase::kRedParens: sPattern += L";[red](" + sPositive + L")"; break;
-    default:                                        WEBFORMAT_ASSERT(kSource, false); break;
+    default: WEBFORMAT_ASSERT(kSource, false); break;
     }
     return sPattern;
 }

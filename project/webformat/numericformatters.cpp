@@ -76,8 +76,8 @@ WebValueFormatterHandle NumericFormatter<T>::ParseCustomFormat(const String& sPa
                                                                OutputType eOutput, const KTWUILanguage& tLanguage,
                                                                ExcelEvalauteFormatMask eExcelMask)
 {
-    return WebValueFormatterHandle(WEBFORMAT_NEW(kSource) NumericFormatterImpl<T>(sPattern, tLocale, eOutput, kLastType,
-                                                                                  tLanguage, eExcelMask));
+    return WebValueFormatterHandle(
+        WEBFORMAT_NEW(kSource) NumericFormatterImpl<T>(sPattern, tLocale, eOutput, kLastType, tLanguage, eExcelMask));
 }
 
 template <class T>
@@ -163,9 +163,9 @@ unsigned NumericFormatter<T>::getPrecision(FormatAs eFormatAs)
     const unsigned nCap = static_cast<unsigned>(std::max(nMaximum, 0));
     switch (eFormatAs)
     {
-    case kDisplayAsInteger:           return NumericInfo<T>::precision(0, nCap);
+    case kDisplayAsInteger: return NumericInfo<T>::precision(0, nCap);
     case kDisplayAsRealFullPrecision: return NumericInfo<T>::precision(kFullPrecisionDigits, nCap);
-    default:                          return NumericInfo<T>::precision(kRealDigits, nCap);
+    default: return NumericInfo<T>::precision(kRealDigits, nCap);
     }
 }
 

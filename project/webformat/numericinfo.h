@@ -52,8 +52,8 @@ struct NumericInfo<double>
     static bool isInfinite(double fValue) { return std::isinf(fValue); }
     static bool isNegative(double fValue) { return fValue < 0; }
 
-    static int digits(StringBufferBaseTemplate<char>& tDigits, double fValue, std::uint32_t nFractionDigits, int nPower10,
-                      int nMaxSignificantDigits)
+    static int digits(StringBufferBaseTemplate<char>& tDigits, double fValue, std::uint32_t nFractionDigits,
+                      int nPower10, int nMaxSignificantDigits)
     {
         return FloatingPointUtils::getDoubleDigitsWithMaxSignficantDigits(tDigits, fValue, nFractionDigits, nPower10,
                                                                           nMaxSignificantDigits);
@@ -102,8 +102,8 @@ struct NumericInfo<CorvidNumber>
                                  const std::vector<NumericPattern::Modulus>& vMods, std::uint32_t nFractionDigits,
                                  int nPower10, int)
     {
-        return decimalDigits(tDigits, accumulateModuli(math::absolute(tValue), nFractionDigits, vMods),
-                             nFractionDigits, nPower10);
+        return decimalDigits(tDigits, accumulateModuli(math::absolute(tValue), nFractionDigits, vMods), nFractionDigits,
+                             nPower10);
     }
 
     static bool reachesPower10(const CorvidNumber& tValue, int nPower)
@@ -148,7 +148,8 @@ struct WholeNumericInfo
         return isNegative(nValue) ? 0 - nBits : nBits;
     }
 
-    static int digits(StringBufferBaseTemplate<char>& tDigits, T nValue, std::uint32_t nFractionDigits, int nPower10, int)
+    static int digits(StringBufferBaseTemplate<char>& tDigits, T nValue, std::uint32_t nFractionDigits, int nPower10,
+                      int)
     {
         return FloatingPointUtils::getIntegerDigits(tDigits, magnitude(nValue), nFractionDigits, nPower10);
     }

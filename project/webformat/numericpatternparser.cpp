@@ -101,11 +101,7 @@ public:
 
     NumericPatternParser(const String& sPattern, const Locale& tLocale, OutputType eOutput,
                          const KTWUILanguage& tLanguage, const NumericSubFormatterSource& tSource)
-        : m_sWholePattern(sPattern),
-          m_tLocale(tLocale),
-          m_eOutput(eOutput),
-          m_tLanguage(tLanguage),
-          m_tSource(tSource)
+        : m_sWholePattern(sPattern), m_tLocale(tLocale), m_eOutput(eOutput), m_tLanguage(tLanguage), m_tSource(tSource)
     {
     }
 
@@ -153,15 +149,15 @@ private:
             break;
         case L'#':
         case L'0':
-        case L'?':  addPlaceholders(); break;
-        case L',':  addComma(); break;
-        case L'.':  addPoint(); break;
-        case L'$':  addDollar(); break;
-        case L'%':  addPercent(); break;
+        case L'?': addPlaceholders(); break;
+        case L',': addComma(); break;
+        case L'.': addPoint(); break;
+        case L'$': addDollar(); break;
+        case L'%': addPercent(); break;
         case L'\\': addEscaped(); break;
-        case L';':  endSection(); break;
-        case L'[':  addBracket(); break;
-        default:    addLiteralRun(); break;
+        case L';': endSection(); break;
+        case L'[': addBracket(); break;
+        default: addLiteralRun(); break;
         }
     }
 
@@ -203,7 +199,7 @@ private:
         case L'0':
         case L';': return true;
         case L'.': return !m_pSection->bDecimalSeen;
-        default:   return false;
+        default: return false;
         }
     }
 
@@ -591,8 +587,8 @@ NumericPattern NumericPattern::parse(const String& sPattern, const Locale& tLoca
 
 const char* NumericPattern::typeName(Item::Type eType)
 {
-    static constexpr const char* kNames[] = {"kOptional", "kRequired", "kText",  "kDecimal", "kDOWAbbrev",
-                                             "kDOW",      "kMonthAbbrev", "kMonth", "kColor",   "kHour",
+    static constexpr const char* kNames[] = {"kOptional", "kRequired",    "kText",     "kDecimal",  "kDOWAbbrev",
+                                             "kDOW",      "kMonthAbbrev", "kMonth",    "kColor",    "kHour",
                                              "kHourMin",  "kTime",        "kDuration", "kIndicator"};
     return kNames[eType];
 }

@@ -82,13 +82,13 @@ private:
     {
         switch (tItem.eType)
         {
-        case Item::kText:      addText(m_tPattern.text(tItem)); break;
-        case Item::kOptional:  addStep(Step::kOptional, tItem.nStartDigit, tItem.nEndDigit); break;
-        case Item::kRequired:  addStep(Step::kRequired, tItem.nStartDigit, tItem.nEndDigit); break;
-        case Item::kDecimal:   addPoint(); break;
-        case Item::kColor:     addColor(); break;
+        case Item::kText: addText(m_tPattern.text(tItem)); break;
+        case Item::kOptional: addStep(Step::kOptional, tItem.nStartDigit, tItem.nEndDigit); break;
+        case Item::kRequired: addStep(Step::kRequired, tItem.nStartDigit, tItem.nEndDigit); break;
+        case Item::kDecimal: addPoint(); break;
+        case Item::kColor: addColor(); break;
         case Item::kIndicator: addIndicator(); break;
-        default:               addSpecial(tItem); break;
+        default: addSpecial(tItem); break;
         }
     }
 

@@ -16,8 +16,9 @@ struct NumericText
     std::uint32_t nLength = 0;
 };
 
-// A numeric pattern in the form that renders: neighbouring texts merged, separators, colours and fixed scale names turned
-// into text, everything that a value could make the renderer look up resolved. Immutable; holds all text in one buffer.
+// A numeric pattern in the form that renders: neighbouring texts merged, separators, colours and fixed scale names
+// turned into text, everything that a value could make the renderer look up resolved. Immutable; holds all text in one
+// buffer.
 struct NumericProgram
 {
     // What a step writes; `nFirst` and `nLast` mean what the type says.
@@ -61,7 +62,8 @@ struct NumericProgram
         bool bScalingComma = false;
     };
 
-    // One scale of the locale for the automatic choice: from 10^nThreshold on the value is multiplied by 10^-nThreshold.
+    // One scale of the locale for the automatic choice: from 10^nThreshold on the value is multiplied by
+    // 10^-nThreshold.
     struct Scale
     {
         int nThreshold;

@@ -36,12 +36,12 @@ public:
         {
             switch (tStep.eType)
             {
-            case Step::kText:      appendText(tStep); break;
-            case Step::kPoint:     appendPoint(tStep); break;
-            case Step::kOptional:  appendOptional(tStep); break;
-            case Step::kRequired:  appendRequired(tStep); break;
+            case Step::kText: appendText(tStep); break;
+            case Step::kPoint: appendPoint(tStep); break;
+            case Step::kOptional: appendOptional(tStep); break;
+            case Step::kRequired: appendRequired(tStep); break;
             case Step::kIndicator: appendIndicator(tStep); break;
-            case Step::kSpecial:   appendSpecial(m_tProgram.vSpecials[tStep.nFirst]); break;
+            case Step::kSpecial: appendSpecial(m_tProgram.vSpecials[tStep.nFirst]); break;
             }
         }
     }
@@ -88,8 +88,8 @@ private:
         m_bInfinityDue = false;
     }
 
-    // The digits at [nFirst, nLast), zeros where the value has none, with separators inside the integer digits. Room is made
-    // once for all of them.
+    // The digits at [nFirst, nLast), zeros where the value has none, with separators inside the integer digits. Room is
+    // made once for all of them.
     void appendDigits(std::int64_t nFirst, std::int64_t nLast)
     {
         const std::size_t nDigits = static_cast<std::size_t>(nLast - nFirst);
@@ -117,8 +117,8 @@ private:
         m_tBuffer.advance(static_cast<std::size_t>(pTarget - pStart));
     }
 
-    // A separator stands before each digit that has a multiple of three digits from it to the point, but never before the value's
-    // first digit: zeros in front of it are not grouped.
+    // A separator stands before each digit that has a multiple of three digits from it to the point, but never before
+    // the value's first digit: zeros in front of it are not grouped.
     std::int64_t writeGrouped(std::int64_t nFirst, std::int64_t nLast)
     {
         const std::wstring_view sSeparator = m_tProgram.text(m_tSection.tGroupSeparator);
@@ -146,14 +146,14 @@ private:
     {
         switch (tSpecial.eType)
         {
-        case Item::kDOWAbbrev:   appendDayName(Locale::kAbbreviatedDay); break;
-        case Item::kDOW:         appendDayName(Locale::kDay); break;
+        case Item::kDOWAbbrev: appendDayName(Locale::kAbbreviatedDay); break;
+        case Item::kDOW: appendDayName(Locale::kDay); break;
         case Item::kMonthAbbrev: appendMonthName(Locale::kAbbreviatedMonth); break;
-        case Item::kMonth:       appendMonthName(Locale::kNominitiveMonth); break;
-        case Item::kHour:        appendHour(tSpecial); break;
-        case Item::kHourMin:     appendHourAndMinute(tSpecial); break;
-        case Item::kTime:        appendTime(tSpecial); break;
-        default:                 appendDuration(tSpecial); break;
+        case Item::kMonth: appendMonthName(Locale::kNominitiveMonth); break;
+        case Item::kHour: appendHour(tSpecial); break;
+        case Item::kHourMin: appendHourAndMinute(tSpecial); break;
+        case Item::kTime: appendTime(tSpecial); break;
+        default: appendDuration(tSpecial); break;
         }
     }
 
@@ -174,7 +174,8 @@ private:
         ValueFormatterTypes::encodeToBufferOfType(m_tBuffer, m_tProgram.eOutput, sName.data(), sName.size());
     }
 
-    // 1 is the last day of the locale's list, 2 its first: the week of the values starts on Sunday, the list's on Monday.
+    // 1 is the last day of the locale's list, 2 its first: the week of the values starts on Sunday, the list's on
+    // Monday.
     void appendDayName(Locale::NameKind eKind)
     {
         const std::int64_t nDay = wholeNumberWithin(1, 7);

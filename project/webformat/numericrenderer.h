@@ -24,11 +24,11 @@ struct NumericValueOperations
 // One value, ready for the walk: its digits and the way back to the value itself.
 struct NumericRendering
 {
-    std::string_view sDigits;        // no sign, no point, trimmed
-    int nDecimalPoint = 0;           // digits left of the point
-    bool bInfinite = false;          // "INF" stands for the digits
+    std::string_view sDigits;                       // no sign, no point, trimmed
+    int nDecimalPoint = 0;                          // digits left of the point
+    bool bInfinite = false;                         // "INF" stands for the digits
     const NumericProgram::Scale* pScale = nullptr;  // the scale chosen for the value
-    const void* pValue = nullptr;    // signed
+    const void* pValue = nullptr;                   // signed
     const NumericValueOperations* pOperations = nullptr;
 };
 

@@ -10,8 +10,8 @@ namespace {
 
 // The short-scale names from 10^3 on, in steps of a thousand.
 constexpr std::array<std::wstring_view, 13> kShortScale = {
-    L"thousand",   L"million",    L"billion",   L"trillion",  L"quadrillion", L"quintillion", L"sextillion",
-    L"septillion", L"octillion",  L"nonillion", L"decillion", L"undecillion", L"duodecillion"};
+    L"thousand",   L"million",   L"billion",   L"trillion",  L"quadrillion", L"quintillion", L"sextillion",
+    L"septillion", L"octillion", L"nonillion", L"decillion", L"undecillion", L"duodecillion"};
 
 struct Prefix
 {
