@@ -13,11 +13,9 @@
 #define WEBFORMAT_MALLOC_IS_TAKEN
 #endif
 
-namespace tov
-{
+namespace tov {
 
-namespace
-{
+namespace {
 
 constinit thread_local std::size_t t_nAllocations = 0;
 
@@ -39,8 +37,7 @@ bool tov::AllocationCounter::countsMalloc()
     return false;
 }
 
-namespace
-{
+namespace {
 
 void* plainAllocate(std::size_t nBytes)
 {
@@ -68,40 +65,38 @@ bool tov::AllocationCounter::countsMalloc()
 }
 
 // The C library's own functions under their second names: the program's malloc stands before them and counts.
-extern "C"
+extern "C" {
+void* __libc_malloc(std::size_t nBytes);
+void* __libc_calloc(std::size_t nItems, std::size_t nBytes);
+void* __libc_realloc(void* pMemory, std::size_t nBytes);
+void* __libc_memalign(std::size_t nAlignment, std::size_t nBytes);
+void __libc_free(void* pMemory);
+
+void* malloc(std::size_t nBytes) noexcept
 {
-    void* __libc_malloc(std::size_t nBytes);
-    void* __libc_calloc(std::size_t nItems, std::size_t nBytes);
-    void* __libc_realloc(void* pMemory, std::size_t nBytes);
-    void* __libc_memalign(std::size_t nAlignment, std::size_t nBytes);
-    void __libc_free(void* pMemory);
-
-    void* malloc(std::size_t nBytes) noexcept
-    {
-        ++tov::t_nAllocations;
-        return __libc_malloc(nBytes);
-    }
-
-    void* calloc(std::size_t nItems, std::size_t nBytes) noexcept
-    {
-        ++tov::t_nAllocations;
-        return __libc_calloc(nItems, nBytes);
-    }
-
-    void* realloc(void* pMemory, std::size_t nBytes) noexcept
-    {
-        ++tov::t_nAllocations;
-        return __libc_realloc(pMemory, nBytes);
-    }
-
-    void free(void* pMemory) noexcept
-    {
-        __libc_free(pMemory);
-    }
+    ++tov::t_nAllocations;
+    return __libc_malloc(nBytes);
 }
 
-namespace
+void* calloc(std::size_t nItems, std::size_t nBytes) noexcept
 {
+    ++tov::t_nAllocations;
+    return __libc_calloc(nItems, nBytes);
+}
+
+void* realloc(void* pMemory, std::size_t nBytes) noexcept
+{
+    ++tov::t_nAllocations;
+    return __libc_realloc(pMemory, nBytes);
+}
+
+void free(void* pMemory) noexcept
+{
+    __libc_free(pMemory);
+}
+}
+
+namespace {
 
 void* plainAllocate(std::size_t nBytes)
 {
@@ -122,8 +117,7 @@ void plainFree(void* pMemory)
 
 #endif
 
-namespace
-{
+namespace {
 
 void* countedNew(std::size_t nBytes) noexcept
 {

@@ -2,8 +2,7 @@
 
 #include <cstddef>
 
-namespace tov
-{
+namespace tov {
 
 // Counts the allocations of the current thread since its construction, whatever their way: operator new, malloc, calloc
 // and realloc, in this program or in a library that it links. Frees are not counted.

@@ -1,10 +1,8 @@
 #include "support/collected.h"
 
-namespace tov
-{
+namespace tov {
 
-namespace
-{
+namespace {
 
 std::mutex s_tCollecting;  // guards the two innermost collectors and what all collectors hold
 CollectedAssertions* s_pAssertions = nullptr;

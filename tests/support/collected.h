@@ -9,8 +9,7 @@
 #include "webbedrock/assertion.h"
 #include "webbedrock/logger.h"
 
-namespace tov
-{
+namespace tov {
 
 struct CollectedAssertion
 {

@@ -4,11 +4,9 @@
 #include <cstdint>
 #include <utility>
 
-namespace tov
-{
+namespace tov {
 
-namespace
-{
+namespace {
 
 struct Entity
 {

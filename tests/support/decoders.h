@@ -7,8 +7,7 @@
 
 #include "webbedrock/string.h"
 
-namespace tov
-{
+namespace tov {
 
 // What a reader of encoded text makes of it, written without a look at the encoders: the tests' and the fuzzers'
 // judges. No value means that the text would not be read as one value there: it would end the attribute or the literal,
