@@ -1,0 +1,121 @@
+// Runs every example of docs/patterns.md.
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <limits>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "intl/localetaglookup.h"
+#include "webbedrock/utf8.h"
+#include "webformat/numericformatter.h"
+
+namespace tov {
+
+namespace {
+
+struct Example
+{
+    int nLine;
+    String sPattern;
+    std::string sValue;
+    std::string sText;
+    std::string sSetting;
+};
+
+// The cells of a table row without their blanks and backticks; a pipe stands in no cell.
+std::vector<std::string> cellsOf(const std::string& sLine)
+{
+    std::vector<std::string> vCells;
+    for (std::size_t nStart = 1, nEnd = 0; (nEnd = sLine.find('|', nStart)) != std::string::npos; nStart = nEnd + 1)
+    {
+        std::string sCell = sLine.substr(nStart, nEnd - nStart);
+        sCell.erase(0, sCell.find_first_not_of(' '));
+        sCell.erase(sCell.find_last_not_of(' ') + 1);
+        if (sCell.size() >= 2 && sCell.front() == '`' && sCell.back() == '`')
+            sCell = sCell.substr(1, sCell.size() - 2);
+        vCells.push_back(sCell);
+    }
+    return vCells;
+}
+
+std::vector<Example> examples()
+{
+    std::ifstream tFile(WEBFORMAT_SOURCE_DIR "/docs/patterns.md");
+    std::vector<Example> vExamples;
+    int nLine = 0;
+    for (std::string sLine; std::getline(tFile, sLine);)
+    {
+        ++nLine;
+        if (!sLine.starts_with("| `"))
+            continue;
+        std::vector<std::string> vCells = cellsOf(sLine);
+        vCells.resize(4);
+        vExamples.push_back({nLine, *fromUtf8(vCells[0]), vCells[1], vCells[2], vCells[3]});
+    }
+    return vExamples;
+}
+
+// A setting is an output name or a locale's tag.
+ValueFormatterTypes::OutputType outputOf(const std::string& sSetting)
+{
+    const std::map<std::string, ValueFormatterTypes::OutputType> kOutputs = {
+        {"html", ValueFormatterTypes::kHTML}, {"xml", ValueFormatterTypes::kXML}, {"pdf", ValueFormatterTypes::kPDF}};
+    const auto tFound = kOutputs.find(sSetting);
+    return tFound == kOutputs.end() ? ValueFormatterTypes::kText : tFound->second;
+}
+
+Locale localeOf(const std::string& sSetting)
+{
+    return LocaleTagLookup::lookupOrDefault(*fromUtf8(sSetting));
+}
+
+template <class T>
+std::string format(const Example& tExample, const T* pValue)
+{
+    return toUtf8(NumericFormatter<T>::ParseCustomFormat(tExample.sPattern, localeOf(tExample.sSetting),
+                                                         outputOf(tExample.sSetting), KTWUILanguage::kDefaultLanguage)
+                      ->formatAsString(pValue));
+}
+
+double numberOf(const std::string& sValue)
+{
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    const std::map<std::string, double> kNames = {
+        {"NaN", std::numeric_limits<double>::quiet_NaN()}, {"INF", kInfinity}, {"-INF", -kInfinity}};
+    const auto tFound = kNames.find(sValue);
+    return tFound == kNames.end() ? std::stod(sValue) : tFound->second;
+}
+
+std::string textOf(const Example& tExample)
+{
+    const std::string& sValue = tExample.sValue;
+    if (sValue == "null")
+        return format<double>(tExample, nullptr);
+    if (sValue.starts_with("int64 "))
+    {
+        const long nValue = std::stol(sValue.substr(6));
+        return format(tExample, &nValue);
+    }
+    if (sValue.starts_with("decimal "))
+    {
+        const CorvidNumber tValue = *CorvidNumber::fromString(std::string_view(sValue).substr(8));
+        return format(tExample, &tValue);
+    }
+    const double fValue = numberOf(sValue);
+    return format(tExample, &fValue);
+}
+
+TEST(PatternsDocument, EveryExampleIsTrue)
+{
+    const std::vector<Example> vExamples = examples();
+    EXPECT_GE(vExamples.size(), 70u) << "the tables were not found";
+    for (const Example& tExample : vExamples)
+        EXPECT_EQ(textOf(tExample), tExample.sText) << "docs/patterns.md:" << tExample.nLine;
+}
+
+}  // namespace
+
+}  // namespace tov
