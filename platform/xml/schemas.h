@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 #include "xml/xmlelement.h"
 
 // The names of the XML that the library reads and writes.
@@ -29,5 +31,8 @@ struct Instance
     static constexpr const wchar_t* kXsiPrefixName = L"xsi";
     static constexpr const wchar_t* kType = L"type";
 };
+
+// The prefix that a namespace usually has (tov, tovx, xsi), or null.
+const wchar_t* usualPrefix(std::wstring_view sNamespace);
 
 }  // namespace tov::schemas

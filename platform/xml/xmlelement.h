@@ -113,6 +113,8 @@ public:
     const String* resolvePrefix(std::wstring_view sPrefix) const;
     // A prefix that stands for the namespace here, not the empty one; null when there is none.
     const String* findPrefix(std::wstring_view sNamespace) const;
+    // All prefixes that are declared here: the element's own first, then its ancestors', without those that are hidden.
+    std::vector<XmlPrefix> prefixesInScope() const;
 
     // A range over the children for `for (const XmlElement& tChild : tElement.children())`.
     template <class Element>
@@ -197,11 +199,13 @@ public:
     static bool sameContent(const XmlElement& tLeft, const XmlElement& tRight);
 
 private:
+    friend class XmlTreeBuilder;  // appends attributes that are known to be different
+
     XmlElement(std::shared_ptr<const String> pNamespace, std::wstring_view sLocalName);
-    void copyContents(const XmlElement& tOther);
-    void copyScope(const XmlElement& tOther);
+    void copyOwn(const XmlElement& tOther);
+    void copyChildren(const XmlElement& tOther);
     void releaseChildren() noexcept;
-    XmlElement& adoptChild(std::unique_ptr<XmlElement> pChild);
+    void swapContents(XmlElement& tOther) noexcept;
 
     std::shared_ptr<const String> m_pNamespace;  // shared with the parent where it is the same
     String m_sLocalName;
