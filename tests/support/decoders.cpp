@@ -1,7 +1,6 @@
 #include "support/decoders.h"
 
 #include <array>
-#include <cstdint>
 #include <utility>
 
 namespace tov {
@@ -100,6 +99,13 @@ bool decodeGroup(std::wstring_view sGroup, std::size_t nPadding, std::vector<uns
 }
 
 }  // namespace
+
+// Production by production, as the standard has them.
+bool isXMLCharacter(std::uint32_t nCode)
+{
+    return nCode == 0x9 || nCode == 0xA || nCode == 0xD || (nCode >= 0x20 && nCode <= 0xD7FF) ||
+           (nCode >= 0xE000 && nCode <= 0xFFFD) || (nCode >= 0x10000 && nCode <= 0x10FFFF);
+}
 
 std::optional<String> decodeMarkup(std::wstring_view sText, bool bAttribute)
 {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -12,6 +13,9 @@ namespace tov {
 // What a reader of encoded text makes of it, written without a look at the encoders: the tests' and the fuzzers'
 // judges. No value means that the text would not be read as one value there: it would end the attribute or the literal,
 // open a tag or be refused.
+
+// Whether XML 1.0 allows the character in a document.
+bool isXMLCharacter(std::uint32_t nCode);
 
 // The character data of markup. Knows the entities amp, lt, gt, quot, #39 and nbsp; nbsp is read as a blank. With
 // `bAttribute` a quote of either kind ends the value.

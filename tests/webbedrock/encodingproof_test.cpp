@@ -35,13 +35,6 @@ const String& allCodes()
     return s_sCodes;
 }
 
-// The characters of XML 1.0, production by production.
-bool isXMLCharacter(Code nCode)
-{
-    return nCode == 0x9 || nCode == 0xA || nCode == 0xD || (nCode >= 0x20 && nCode <= 0xD7FF) ||
-           (nCode >= 0xE000 && nCode <= 0xFFFD) || (nCode >= 0x10000 && nCode <= 0x10FFFF);
-}
-
 String itself(Code nCode)
 {
     return String(1, static_cast<wchar_t>(nCode));
