@@ -563,6 +563,15 @@ CorvidNumber shiftPower10(const CorvidNumber& tValue, int nPower)
     return make({tState.m_tCoefficient, tState.m_nExponent + nPower, false});
 }
 
+CorvidNumber wholeQuotient(const CorvidNumber& tValue, const CorvidNumber& tDivisor)
+{
+    if (tDivisor.isZero() || tDivisor.isInfinite() || tValue.isInfinite())
+        return tValue / tDivisor;
+    Aligned tAligned = align(stateOf(tValue), stateOf(tDivisor));
+    tAligned.m_tLeft /= tAligned.m_tRight;
+    return bounded({std::move(tAligned.m_tLeft), 0, false});
+}
+
 CorvidNumber modulus(const CorvidNumber& tValue, const CorvidNumber& tDivisor)
 {
     if (tDivisor.isZero() || tValue.isInfinite())

@@ -125,6 +125,10 @@ WEBFORMAT_EXPORT CorvidNumber round(const CorvidNumber& tValue, int nPlaces);
 // tValue x 10^nPower, exactly; past the bounds infinite or zero.
 WEBFORMAT_EXPORT CorvidNumber shiftPower10(const CorvidNumber& tValue, int nPower);
 
+// The whole part of a quotient, exactly and whatever its length: 7.5, 2 -> 3; -7, 2 -> -3. Where the divisor is zero or
+// one of the two infinite, as `/`.
+WEBFORMAT_EXPORT CorvidNumber wholeQuotient(const CorvidNumber& tValue, const CorvidNumber& tDivisor);
+
 // The remainder of a division truncated toward zero, exactly; it has the sign of `tValue`: -7, 3 -> -1; 7.5, 2 -> 1.5.
 // The remainder by infinity is the number itself; by zero, or of an infinite value, it is zero.
 WEBFORMAT_EXPORT CorvidNumber modulus(const CorvidNumber& tValue, const CorvidNumber& tDivisor);

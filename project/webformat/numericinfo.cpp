@@ -39,9 +39,7 @@ CorvidNumber accumulateModuli(const CorvidNumber& tMagnitude, std::uint32_t nFra
     CorvidNumber tSum = tRounded - tWhole;
     for (const NumericPattern::Modulus& tStep : vMods)
     {
-        // Exact: the part below the divisor goes first, so that no quotient is cut to its leading digits.
-        const CorvidNumber tDivisor(tStep.nDiv);
-        const CorvidNumber tQuotient = math::round((tWhole - math::modulus(tWhole, tDivisor)) / tDivisor, 0);
+        const CorvidNumber tQuotient = math::wholeQuotient(tWhole, CorvidNumber(tStep.nDiv));
         const CorvidNumber tPlace = tStep.nMod != 0 ? math::modulus(tQuotient, CorvidNumber(tStep.nMod)) : tQuotient;
         tSum += tPlace * CorvidNumber(tStep.nMult);
     }

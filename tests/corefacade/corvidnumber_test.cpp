@@ -373,12 +373,24 @@ TEST(CorvidNumber, AddsSubtractsAndMultipliesExactly)
         ASSERT_EQ((tA <=> tB) < 0, tFirst < tSecond);
         ASSERT_EQ(tA == tB, tFirst == tSecond);
         ASSERT_EQ(math::modulus(tA, tB).toString(), tSecond == 0 ? "0" : textOf(tFirst % tSecond, nExponent));
+        if (tSecond != 0)
+            ASSERT_EQ(math::wholeQuotient(tA, tB).toString(), textOf(tFirst / tSecond, 0));
         CorvidNumber tC = tA;
         tC += tB;
         ASSERT_EQ(tC - tB, tA);
         tC -= tB;
         ASSERT_EQ(tC, tA);
     }
+}
+
+TEST(CorvidNumber, TakesTheWholeQuotientAsTheDivisionWhereThereIsNone)
+{
+    EXPECT_EQ(math::wholeQuotient(number("7.5"), number("2")).toString(), "3");
+    EXPECT_EQ(math::wholeQuotient(number("-7"), number("2")).toString(), "-3");
+    EXPECT_EQ(math::wholeQuotient(number("-7"), number("0")).toString(), "-INF");
+    EXPECT_EQ(math::wholeQuotient(number("0"), number("0")).toString(), "0");
+    EXPECT_EQ(math::wholeQuotient(number("7"), number("INF")).toString(), "0");
+    EXPECT_EQ(math::wholeQuotient(number("INF"), number("-7")).toString(), "-INF");
 }
 
 TEST(CorvidNumber, DividesToFortyDigitsHalvesToEven)

@@ -4,6 +4,7 @@
 #include <limits>
 #include <random>
 
+#include "corefacade/datetime.h"
 #include "intl/localetaglookup.h"
 #include "support/allocationcounter.h"
 #include "webbedrock/utf8.h"
@@ -87,7 +88,7 @@ constexpr DoubleRow kDoubleRows[] = {
     {__LINE__, L"0", 0.5, L"1"},
     {__LINE__, L"0.00", 0.004999, L"0.00"},
     {__LINE__, L"#,##0.00", 999.995, L"1,000.00"},
-    {__LINE__, L"0", 123456789012345678, L"123456789012346000"},
+    {__LINE__, L"0", 123456789012345678.0, L"123456789012346000"},
     {__LINE__, L"#,##0", 1e21, L"1,000,000,000,000,000,000,000"},
     {__LINE__, L"0.################", 1e-9, L"0.000000001"},
     {__LINE__, L"0.00", 1e-300, L"0.00"},
@@ -174,7 +175,7 @@ const SettingRow kSettingRows[] = {
     // The locale's separators, the monetary ones where the pattern shows a currency.
     {__LINE__, L"#,##0.00", 1234.5, {L"de-DE"}, L"1.234,50"},
     {__LINE__, L"#,##0.00", 1234.5, {L"fr-FR"}, L"1\u202f234,50"},
-    {__LINE__, L"$#,##0.00", 1234.5, {L"de-AT"}, L"$1\u00a0234,50"},
+    {__LINE__, L"$#,##0.00", 1234.5, {L"de-AT"}, L"$1.234,50"},
     {__LINE__, L"#,##0.00", 1234.5, {L"de-AT"}, L"1\u00a0234,50"},
     {__LINE__, L"$#,##0.00", 1234.5, {L"de-CH"}, L"$1\u2019234.50"},
     {__LINE__,

@@ -111,7 +111,7 @@ std::string textOf(const Example& tExample)
 TEST(PatternsDocument, EveryExampleIsTrue)
 {
     const std::vector<Example> vExamples = examples();
-    EXPECT_GE(vExamples.size(), 70u) << "the tables were not found";
+    EXPECT_GE(vExamples.size(), 60u) << "the tables were not found";
     for (const Example& tExample : vExamples)
         EXPECT_EQ(textOf(tExample), tExample.sText) << "docs/patterns.md:" << tExample.nLine;
 }
