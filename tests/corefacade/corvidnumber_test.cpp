@@ -374,7 +374,9 @@ TEST(CorvidNumber, AddsSubtractsAndMultipliesExactly)
         ASSERT_EQ(tA == tB, tFirst == tSecond);
         ASSERT_EQ(math::modulus(tA, tB).toString(), tSecond == 0 ? "0" : textOf(tFirst % tSecond, nExponent));
         if (tSecond != 0)
+        {
             ASSERT_EQ(math::wholeQuotient(tA, tB).toString(), textOf(tFirst / tSecond, 0));
+        }
         CorvidNumber tC = tA;
         tC += tB;
         ASSERT_EQ(tC - tB, tA);
