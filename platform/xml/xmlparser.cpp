@@ -37,11 +37,11 @@ String wide(const xmlChar* pText)
     return pText ? wide(pText, std::strlen(reinterpret_cast<const char*>(pText))) : String();
 }
 
-// Without entity substitution the parser hands "&" inside attribute values over as "&#38;", and nothing else that way.
-String attributeValue(const xmlChar* pStart, const xmlChar* pEnd)
+// Without entity substitution the parser hands "&" inside attribute values and namespaces over as "&#38;", and nothing
+// else that way.
+String withAmpersands(String sValue)
 {
     constexpr std::wstring_view kAmpersand = L"&#38;";
-    String sValue = wide(pStart, static_cast<std::size_t>(pEnd - pStart));
     std::size_t nTo = 0;
     for (std::size_t nFrom = 0; nFrom < sValue.size();)
     {
@@ -51,6 +51,11 @@ String attributeValue(const xmlChar* pStart, const xmlChar* pEnd)
     }
     sValue.resize(nTo);
     return sValue;
+}
+
+String namespaceUri(const xmlChar* pUri)
+{
+    return withAmpersands(wide(pUri));
 }
 
 std::string escapedAttributeValue(std::wstring_view sValue)
@@ -196,11 +201,11 @@ void XmlTreeBuilder::startElement(const xmlChar* pName, const xmlChar* pNamespac
     flushText();
     if (m_pOpen)
     {
-        m_pOpen = &m_pOpen->addChild(wide(pNamespace), wide(pName));
+        m_pOpen = &m_pOpen->addChild(namespaceUri(pNamespace), wide(pName));
     }
     else
     {
-        m_pRoot = std::make_unique<XmlElement>(wide(pNamespace), wide(pName));
+        m_pRoot = std::make_unique<XmlElement>(namespaceUri(pNamespace), wide(pName));
         m_pOpen = m_pRoot.get();
     }
     m_pOpen->setPlace(placeOfTag());
@@ -213,7 +218,7 @@ void XmlTreeBuilder::startElement(const xmlChar* pName, const xmlChar* pNamespac
 void XmlTreeBuilder::addDeclarations(int nCount, const xmlChar** pDeclarations)
 {
     for (int i = 0; i < nCount; ++i)
-        m_pOpen->m_vPrefixes.push_back({wide(pDeclarations[2 * i]), wide(pDeclarations[2 * i + 1])});
+        m_pOpen->m_vPrefixes.push_back({wide(pDeclarations[2 * i]), namespaceUri(pDeclarations[2 * i + 1])});
 }
 
 void XmlTreeBuilder::addAttributes(int nCount, const xmlChar** pAttributes)
@@ -221,8 +226,9 @@ void XmlTreeBuilder::addAttributes(int nCount, const xmlChar** pAttributes)
     m_pOpen->m_vAttributes.reserve(static_cast<std::size_t>(nCount));
     for (int i = 0; i < nCount; ++i, pAttributes += 5)
     {
+        const std::size_t nLength = static_cast<std::size_t>(pAttributes[4] - pAttributes[3]);
         XmlAttribute tAttribute = {
-            wide(pAttributes[2]), wide(pAttributes[0]), attributeValue(pAttributes[3], pAttributes[4]), {}};
+            namespaceUri(pAttributes[2]), wide(pAttributes[0]), withAmpersands(wide(pAttributes[3], nLength)), {}};
         if (m_nAttributes < m_tScan.vAttributes.size())
             tAttribute.tPlace = m_tScan.vAttributes[m_nAttributes++];
         m_pOpen->m_vAttributes.push_back(std::move(tAttribute));

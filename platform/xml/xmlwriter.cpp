@@ -198,16 +198,20 @@ xmlNs* Writer::namespaceFor(xmlNode* pNode, std::wstring_view sNamespace, bool b
     return checked(xmlNewNs(pNode, asXmlChar(sUri), asXmlChar(freePrefix(pNode, sNamespace))));
 }
 
-// A declaration that is in force at the node; attributes need one with a prefix.
+// A declaration that is in force at the node: the default one for elements where it fits, so that what is written does
+// not change when it is read and written again; attributes need one with a prefix.
 xmlNs* Writer::findNamespace(xmlNode* pNode, const std::string& sUri, bool bAttribute)
 {
     if (xmlStrEqual(asXmlChar(sUri), XML_XML_NAMESPACE))
         return xmlSearchNs(m_pDocument.get(), pNode, reinterpret_cast<const xmlChar*>("xml"));
+    xmlNs* pDefault = bAttribute ? nullptr : xmlSearchNs(m_pDocument.get(), pNode, nullptr);
+    if (pDefault && xmlStrEqual(pDefault->href, asXmlChar(sUri)))
+        return pDefault;
     for (xmlNode* pAt = pNode; pAt && pAt->type == XML_ELEMENT_NODE; pAt = pAt->parent)
     {
         for (xmlNs* pNs = pAt->nsDef; pNs; pNs = pNs->next)
         {
-            if ((pNs->prefix || !bAttribute) && xmlStrEqual(pNs->href, asXmlChar(sUri)) &&
+            if (pNs->prefix && xmlStrEqual(pNs->href, asXmlChar(sUri)) &&
                 xmlSearchNs(m_pDocument.get(), pNode, pNs->prefix) == pNs)
                 return pNs;
         }
