@@ -4,8 +4,6 @@
 
 #include <array>
 #include <atomic>
-#include <cstdlib>
-#include <functional>
 #include <memory>
 #include <new>
 #include <optional>
@@ -15,6 +13,7 @@
 
 #include "corefacade/corvidnumber.h"
 #include "support/collected.h"
+#include "support/newprocess.h"
 #include "webbedrock/dclsingleton.h"
 
 namespace tov {
@@ -24,13 +23,6 @@ using Type = SQLDataType;
 using Types = ValueFormatterTypes;
 
 constexpr std::size_t kLastXmlEntry = 351;  // varbinary for kXLSX
-
-// Runs a check in a process of its own, in which nobody has used the library yet.
-void expectInNewProcess(const std::function<bool()>& tCheck)
-{
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
-    EXPECT_EXIT(std::exit(tCheck() ? 0 : 1), ::testing::ExitedWithCode(0), "");
-}
 
 // Puts the limit and the process's configuration back as they were.
 class RestoredLimit

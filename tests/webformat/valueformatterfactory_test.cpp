@@ -520,6 +520,28 @@ TEST(ValueFormatterFactory, ExportsNumbersWithAllTheirDigits)
               L"18446744073709551615");
 }
 
+TEST(ValueFormatterFactory, AnswersWithANullHandleForFamiliesThatAreNotThere)
+{
+    const CollectedAssertions tAssertions;
+    const TimeZoneResolver tResolver;
+    for (const Type::DataType eType : {Type::kVarChar, Type::kDate, Type::kTime, Type::kTimeStamp})
+    {
+        const Type tType(eType);
+        const WebValueFormatDefinitionHandle hDefinition = new WebCustomFormatDefinition(L"@");
+        for (const WebValueFormatterHandle& hFormatter :
+             {Formatter::GetDefaultFormatter(tType, Locale::kUSA, kText, 0, 0, language()),
+              withDefinition(tType, hDefinition),
+              Formatter::GetDefaultFormatterTZ(tType, Locale::kUSA, language(), tResolver, L"EST", kText),
+              Formatter::GetInputFormatter(tType, Locale::kUSA, kText, 0, 0, language()),
+              Formatter::GetInputFormatterTZ(tType, Locale::kUSA, tResolver, L"EST", kText, language()),
+              Formatter::GetCustomFormatter(tType, L"@", Locale::kUSA, kText, language()),
+              Formatter::GetCSVFormatter(tType, Locale::kUSA, kText), Formatter::GetTypedLiteralFormatter(tType, kText),
+              Formatter::getXmlValueFormatter(tType, kText)})
+            EXPECT_TRUE(hFormatter.isNull()) << eType;
+    }
+    EXPECT_EQ(tAssertions.count(), 0u);
+}
+
 TEST(ValueFormatterFactory, HasNoDefaultDefinitions)
 {
     for (int nType = 0; nType < Type::kDataTypeEnd_; ++nType)
