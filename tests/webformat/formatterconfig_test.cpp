@@ -6,7 +6,6 @@
 #include <atomic>
 #include <memory>
 #include <new>
-#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
