@@ -18,8 +18,8 @@ String widen(const char* pText)
 
 void logFailure(const char* pExpression, const char* pSource, int nLine)
 {
-    Logger::log(Logger::kCriticalError, L"Assertion failed: " + widen(pExpression) + L" (" + widen(pSource) + L", line " +
-                                            std::to_wstring(nLine) + L")");
+    Logger::log(Logger::kCriticalError, L"Assertion failed: " + widen(pExpression) + L" (" + widen(pSource) +
+                                            L", line " + std::to_wstring(nLine) + L")");
 }
 
 std::atomic<Assertion::Handler> s_pHandler{&logFailure};

@@ -26,6 +26,6 @@ public:
 }  // namespace tov
 
 // Reports `expression` for the source unit `source` when it is false; the code goes on either way.
-#define WEBFORMAT_ASSERT(source, expression)                                                        \
-    (static_cast<bool>(expression) ? static_cast<void>(0)                                           \
+#define WEBFORMAT_ASSERT(source, expression)              \
+    (static_cast<bool>(expression) ? static_cast<void>(0) \
                                    : ::tov::Assertion::handleFailure(#expression, source, __LINE__))

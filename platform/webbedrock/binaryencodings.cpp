@@ -2,11 +2,9 @@
 
 #include "webbedrock/encoding.h"
 
-namespace tov
-{
+namespace tov {
 
-namespace
-{
+namespace {
 
 constexpr wchar_t kHexDigits[] = L"0123456789ABCDEF";
 constexpr wchar_t kBase64Digits[] = L"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";

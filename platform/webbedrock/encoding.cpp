@@ -3,11 +3,9 @@
 #include <algorithm>
 #include <type_traits>
 
-namespace tov
-{
+namespace tov {
 
-namespace
-{
+namespace {
 
 constexpr std::size_t kSmallestChunk = 64;
 constexpr std::size_t kEndRoom = 4;

@@ -16,8 +16,8 @@ struct EncodingState
     unsigned nPending = 0;
 };
 
-// Turns a run of `Source` into text that is safe somewhere. Encoders are stateless and may be shared by all threads: what
-// a text carries from chunk to chunk is in the caller's `EncodingState`.
+// Turns a run of `Source` into text that is safe somewhere. Encoders are stateless and may be shared by all threads:
+// what a text carries from chunk to chunk is in the caller's `EncodingState`.
 //
 // Example:  encodeAsString(W2WEncodingSGML(W2WEncodingSGML::kHTML), L"a<b", 3) -> "a&lt;b"
 template <class Source, class Target>
@@ -32,7 +32,8 @@ public:
     virtual std::size_t estimateEncodingSize(std::size_t nLength) const = 0;
 
     // Encodes `nSource` items into at most `nCapacity` characters and returns how many it wrote, or `knTooSmall` when
-    // they do not fit: then the state is as before and what stands in the target is of no use.
+    // they do not fit: then the state is as before and what stands in the target is of no use. Behind what it wrote, up
+    // to the capacity, the target may be overwritten too.
     virtual std::size_t encode(const Source* pSource, std::size_t nSource, Target* pTarget, std::size_t nCapacity,
                                EncodingState& tState) const = 0;
 
@@ -43,7 +44,9 @@ public:
     virtual bool isChunkable() const { return true; }
 
     // Appends the whole encoded text, its end included; the buffer grows as it must. The default goes in chunks, never
-    // cuts a surrogate pair, and asks again with more room where the estimate was too low.
+    // cuts a surrogate pair, and asks again with more room where the estimate was too low: a chunk is half of the free
+    // room, 64 items at least. An empty text never grows the buffer. Where the result would be too long (the buffer's
+    // assertion) or memory runs out (std::bad_alloc), the buffer keeps its old length and contents.
     virtual void updateToBuffer(StringBufferBaseTemplate<Target>& tBuffer, const Source* pSource,
                                 std::size_t nSource) const;
 };
@@ -58,9 +61,9 @@ using B2WEncoding = Encoding<unsigned char, wchar_t>;
 WEBFORMAT_EXPORT String encodeAsString(const W2WEncoding& tEncoding, const wchar_t* pText, std::size_t nLength);
 WEBFORMAT_EXPORT String encodeAsString(const B2WEncoding& tEncoding, const unsigned char* pBytes, std::size_t nLength);
 
-// Markup: & < > " ' become entities (&amp; &lt; &gt; &quot; &#39;). Characters that XML 1.0 does not allow (U+0000 to U+0008,
-// U+000B, U+000C, U+000E to U+001F, U+FFFE, U+FFFF, surrogates, above U+10FFFF) become U+FFFD in every mode, so that no
-// value can make a document malformed.
+// Markup: & < > " ' become entities (&amp; &lt; &gt; &quot; &#39;). Characters that XML 1.0 does not allow (U+0000 to
+// U+0008, U+000B, U+000C, U+000E to U+001F, U+FFFE, U+FFFF, surrogates, above U+10FFFF) become U+FFFD in every mode, so
+// that no value can make a document malformed.
 class WEBFORMAT_EXPORT W2WEncodingSGML final : public W2WEncoding
 {
 public:
@@ -86,8 +89,9 @@ private:
 };
 
 // The inside of a JavaScript string literal; no quotes are added. \ becomes \\, the usual controls \n \r \t \b \f; the
-// quotes, < and >, U+2028, U+2029, U+007F and the other characters below U+0020 become \uXXXX in upper-case digits. & stays, except
-// where the literal stands inside markup (`bMarkup`): there it becomes \u0026, so that it is safe in an attribute too.
+// quotes, < and >, U+2028, U+2029, U+007F and the other characters below U+0020 become \uXXXX in upper-case digits. &
+// stays, except where the literal stands inside markup (`bMarkup`): there it becomes \u0026, so that it is safe in an
+// attribute too.
 class WEBFORMAT_EXPORT W2WEncodingJavaLiteral final : public W2WEncoding
 {
 public:

@@ -9,8 +9,7 @@
 
 #include "webbedrock/encoding.h"
 
-namespace tov
-{
+namespace tov {
 
 // Which characters an encoder replaces and by what. Built at compile time, read only.
 //
@@ -89,17 +88,18 @@ public:
         return nLength;
     }
 
-    // Writes the encoded text, for which there must be room, and returns the place behind it.
-    static wchar_t* write(const wchar_t* pSource, std::size_t nSource, wchar_t* pTarget)
+    // Writes the encoded text, for which there must be room up to `pEnd`, and returns the place behind it. What lies
+    // between that and `pEnd` may be overwritten.
+    static wchar_t* write(const wchar_t* pSource, std::size_t nSource, wchar_t* pTarget, const wchar_t* pEnd)
     {
         for (; nSource >= knBlock; pSource += knBlock, nSource -= knBlock)
         {
             if (isCleanBlock(pSource))
                 pTarget = std::copy_n(pSource, knBlock, pTarget);
             else
-                pTarget = writeEach(pSource, knBlock, pTarget);
+                pTarget = writeEach(pSource, knBlock, pTarget, pEnd);
         }
-        return writeEach(pSource, nSource, pTarget);
+        return writeEach(pSource, nSource, pTarget, pEnd);
     }
 
     static std::size_t encode(const wchar_t* pSource, std::size_t nSource, wchar_t* pTarget, std::size_t nCapacity)
@@ -107,7 +107,7 @@ public:
         const bool bSurelyFits = nSource <= nCapacity / EscapeTable::knLongest;
         if (!bSurelyFits && measure(pSource, nSource) > nCapacity)
             return W2WEncoding::knTooSmall;
-        return static_cast<std::size_t>(write(pSource, nSource, pTarget) - pTarget);
+        return static_cast<std::size_t>(write(pSource, nSource, pTarget, pTarget + nCapacity) - pTarget);
     }
 
     // Appends the whole encoded text; the buffer grows at most once, and to no more than the text needs.
@@ -124,8 +124,9 @@ public:
         if (!bSurelyFits && !tBuffer.reserveFree(nClean + measure(pSource + nClean, nSource - nClean)))
             return;
         wchar_t* const pStart = tBuffer.freePlace();
+        const wchar_t* const pEnd = pStart + (tBuffer.capacity() - tBuffer.length());
         wchar_t* const pDirty = std::copy_n(pSource, nClean, pStart);
-        tBuffer.advance(static_cast<std::size_t>(write(pSource + nClean, nSource - nClean, pDirty) - pStart));
+        tBuffer.advance(static_cast<std::size_t>(write(pSource + nClean, nSource - nClean, pDirty, pEnd) - pStart));
     }
 
 private:
@@ -142,20 +143,36 @@ private:
     static bool isCleanBlock(const wchar_t* pSource)
     {
         std::uint8_t nClasses = EscapeTable::knClean;
+#pragma GCC unroll 8
         for (std::size_t nAt = 0; nAt < knBlock; ++nAt)
             nClasses |= Rule::kTable.classOf(static_cast<std::uint32_t>(pSource[nAt]));
         return nClasses == EscapeTable::knClean;
     }
 
-    static wchar_t* writeEach(const wchar_t* pSource, std::size_t nSource, wchar_t* pTarget)
+    // Markup comes where nobody can foresee it, so that a branch on it costs more than a copy of some characters too
+    // many.
+    static wchar_t* writeEach(const wchar_t* pSource, std::size_t nSource, wchar_t* pTarget, const wchar_t* pEnd)
+    {
+        std::size_t nAt = 0;
+        for (; nAt < nSource && pEnd - pTarget >= static_cast<std::ptrdiff_t>(EscapeTable::knLongest); ++nAt)
+        {
+            const std::uint8_t nClass = classOf(pSource[nAt]);
+            const wchar_t* const pText = Rule::kTable.textOf(nClass);
+            std::copy_n(pText, EscapeTable::knLongest, pTarget);
+            pTarget[0] = nClass == EscapeTable::knClean ? pSource[nAt] : pText[0];
+            pTarget += Rule::kTable.lengthOf(nClass);
+        }
+        return writeExactly(pSource + nAt, nSource - nAt, pTarget);
+    }
+
+    // At the end of the room, where nothing too much may be written.
+    static wchar_t* writeExactly(const wchar_t* pSource, std::size_t nSource, wchar_t* pTarget)
     {
         for (std::size_t nAt = 0; nAt < nSource; ++nAt)
         {
             const std::uint8_t nClass = classOf(pSource[nAt]);
-            if (nClass == EscapeTable::knClean)
-                *pTarget++ = pSource[nAt];
-            else
-                pTarget = std::copy_n(Rule::kTable.textOf(nClass), Rule::kTable.lengthOf(nClass), pTarget);
+            const wchar_t* const pText = nClass == EscapeTable::knClean ? pSource + nAt : Rule::kTable.textOf(nClass);
+            pTarget = std::copy_n(pText, Rule::kTable.lengthOf(nClass), pTarget);
         }
         return pTarget;
     }

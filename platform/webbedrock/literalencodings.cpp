@@ -1,10 +1,8 @@
 #include "webbedrock/escaping.h"
 
-namespace tov
-{
+namespace tov {
 
-namespace
-{
+namespace {
 
 constexpr std::uint8_t kLineSeparatorClass = 1;
 constexpr std::uint8_t kParagraphSeparatorClass = 2;

@@ -34,8 +34,8 @@ const char* Logger::severityName(Severity eSeverity)
     switch (eSeverity)
     {
     case kInformation: return "information";
-    case kWarning:     return "warning";
-    case kError:       return "error";
+    case kWarning: return "warning";
+    case kError: return "error";
     case kCriticalError: break;
     }
     return "critical error";

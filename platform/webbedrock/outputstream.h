@@ -48,8 +48,8 @@ class WEBFORMAT_EXPORT WebOutputStream
 public:
     virtual ~WebOutputStream();
 
-    // Takes `nLength` characters from `pStart` up to `pEnd`; a terminator stands at `pEnd`. The text is valid during the
-    // call only.
+    // Takes `nLength` characters from `pStart` up to `pEnd`; a terminator stands at `pEnd`. The text is valid during
+    // the call only.
     virtual void write(const wchar_t* pStart, std::size_t nLength, const wchar_t* pEnd) = 0;
 };
 

@@ -1,10 +1,8 @@
 #include "webbedrock/escaping.h"
 
-namespace tov
-{
+namespace tov {
 
-namespace
-{
+namespace {
 
 constexpr std::uint8_t kReplacementClass = 1;
 

@@ -13,8 +13,8 @@ namespace tov {
 // A growable buffer of characters that formatters append to.
 //
 // The length and the capacity count characters without the terminator; the storage holds capacity + 1. When a needed
-// length is above the capacity, the capacity becomes the smallest of 63, 127, 255, 511, ... ((previous + 1) x 2 - 1) that
-// holds it, and the contents move to storage from the allocator gateway. A needed length above 0x7FFFFFFF is the
+// length is above the capacity, the capacity becomes the smallest of 63, 127, 255, 511, ... ((previous + 1) x 2 - 1)
+// that holds it, and the contents move to storage from the allocator gateway. A needed length above 0x7FFFFFFF is the
 // assertion "nSize < (1ULL << 31)": nothing is appended. Out of memory throws std::bad_alloc. Either way the buffer
 // keeps its length and contents.
 //

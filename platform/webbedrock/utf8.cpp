@@ -29,9 +29,9 @@ void appendUtf8(std::string& sBytes, char32_t nCode)
 
 struct Lead
 {
-    int nTail;         // continuation bytes; -1 where no sequence starts so
-    char32_t nBits;    // the lead byte's own bits
-    char32_t nLeast;   // the smallest code that needs this length
+    int nTail;        // continuation bytes; -1 where no sequence starts so
+    char32_t nBits;   // the lead byte's own bits
+    char32_t nLeast;  // the smallest code that needs this length
 };
 
 Lead leadOf(unsigned char nByte)

@@ -140,10 +140,24 @@ void* orThrow(void* pMemory)
 
 }  // namespace
 
-// All other forms of new and delete (arrays, without exceptions, with a size) call these by default.
 void* operator new(std::size_t nBytes)
 {
     return orThrow(countedNew(nBytes));
+}
+
+void* operator new[](std::size_t nBytes)
+{
+    return orThrow(countedNew(nBytes));
+}
+
+void* operator new(std::size_t nBytes, const std::nothrow_t&) noexcept
+{
+    return countedNew(nBytes);
+}
+
+void* operator new[](std::size_t nBytes, const std::nothrow_t&) noexcept
+{
+    return countedNew(nBytes);
 }
 
 void* operator new(std::size_t nBytes, std::align_val_t eAlignment)
@@ -151,7 +165,27 @@ void* operator new(std::size_t nBytes, std::align_val_t eAlignment)
     return orThrow(countedNew(nBytes, eAlignment));
 }
 
+void* operator new[](std::size_t nBytes, std::align_val_t eAlignment)
+{
+    return orThrow(countedNew(nBytes, eAlignment));
+}
+
+void* operator new(std::size_t nBytes, std::align_val_t eAlignment, const std::nothrow_t&) noexcept
+{
+    return countedNew(nBytes, eAlignment);
+}
+
+void* operator new[](std::size_t nBytes, std::align_val_t eAlignment, const std::nothrow_t&) noexcept
+{
+    return countedNew(nBytes, eAlignment);
+}
+
 void operator delete(void* pMemory) noexcept
+{
+    plainFree(pMemory);
+}
+
+void operator delete[](void* pMemory) noexcept
 {
     plainFree(pMemory);
 }
@@ -161,12 +195,47 @@ void operator delete(void* pMemory, std::size_t) noexcept
     plainFree(pMemory);
 }
 
+void operator delete[](void* pMemory, std::size_t) noexcept
+{
+    plainFree(pMemory);
+}
+
+void operator delete(void* pMemory, const std::nothrow_t&) noexcept
+{
+    plainFree(pMemory);
+}
+
+void operator delete[](void* pMemory, const std::nothrow_t&) noexcept
+{
+    plainFree(pMemory);
+}
+
 void operator delete(void* pMemory, std::align_val_t) noexcept
 {
     plainFree(pMemory);
 }
 
+void operator delete[](void* pMemory, std::align_val_t) noexcept
+{
+    plainFree(pMemory);
+}
+
 void operator delete(void* pMemory, std::size_t, std::align_val_t) noexcept
+{
+    plainFree(pMemory);
+}
+
+void operator delete[](void* pMemory, std::size_t, std::align_val_t) noexcept
+{
+    plainFree(pMemory);
+}
+
+void operator delete(void* pMemory, std::align_val_t, const std::nothrow_t&) noexcept
+{
+    plainFree(pMemory);
+}
+
+void operator delete[](void* pMemory, std::align_val_t, const std::nothrow_t&) noexcept
 {
     plainFree(pMemory);
 }
