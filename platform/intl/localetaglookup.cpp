@@ -102,7 +102,7 @@ Index indexOfTag(std::wstring_view sTag)
         return std::nullopt;
     const std::string sPlain = joined({tLocale->getLanguage(), tLocale->getScript(), tLocale->getCountry()});
     // "und" says nothing, and filling in the likely subtags would make English of it.
-    if (sPlain.empty() || sPlain == "root")
+    if (sPlain.empty())
         return std::nullopt;
     const KnownLocales& tKnown = KnownLocales::instance();
     Index tFound = tKnown.indexOf(tLocale->getBaseName());
