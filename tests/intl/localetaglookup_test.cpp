@@ -148,12 +148,13 @@ TEST(LocaleTagLookup, TakesWhatIsNoWholeTagForUnknown)
         {__LINE__, L"\0"sv, nullptr},
         {__LINE__, L"en\0"sv, nullptr},
         {__LINE__, L"d\u00E9", nullptr},
+        {__LINE__, L"\u0165n-US", nullptr},  // its low byte is an "e"
         {__LINE__, L"\uFF45\uFF4E", nullptr},
         {__LINE__, L"\U0010FFFF", nullptr},
         {__LINE__, sLong, nullptr},
         {__LINE__, sHuge, nullptr},
     });
-    const wchar_t aBeyondUnicode[] = {static_cast<wchar_t>(0x7FFFFF65), static_cast<wchar_t>(-1), 0};
+    const wchar_t aBeyondUnicode[] = {static_cast<wchar_t>(0x7FFFFF65), L'n', 0};
     EXPECT_FALSE(LocaleTagLookup::lookup(aBeyondUnicode));
     // What is cut off may be anything.
     EXPECT_TRUE(LocaleTagLookup::lookup(L"en." + sHuge));
