@@ -1,0 +1,86 @@
+#include <array>
+
+#include "batchrequest.h"
+#include "inputerror.h"
+#include "threadcollector.h"
+#include "webbedrock/utf8.h"
+#include "webformat/numericpattern.h"
+
+namespace tov {
+
+namespace {
+
+std::string itemsOf(const NumericPattern& tPattern, const NumericPattern::Section& tSection)
+{
+    std::vector<JsonObject> vItems;
+    for (const NumericPattern::Item& tItem : tSection.vDigits)
+        vItems.push_back(JsonObject()
+                             .add("type", NumericPattern::typeName(tItem.eType))
+                             .add("start", tItem.nStartDigit)
+                             .add("end", tItem.nEndDigit)
+                             .add("text", tPattern.text(tItem))
+                             .add("numerator", tItem.nMultiplierNumerator)
+                             .add("denominator", tItem.nMultiplierDenominator));
+    return jsonArray(vItems);
+}
+
+std::string flagsOf(const NumericPattern::Section& tSection)
+{
+    constexpr std::array<const char*, 3> aScales = {"none", "auto", "fixed"};
+    return JsonObject()
+        .add("grouping", tSection.bGrouping)
+        .add("currency", tSection.bCurrency)
+        .add("percent", tSection.bPercent)
+        .add("power10", tSection.nPower10)
+        .add("minFractionDigits", static_cast<unsigned long>(tSection.nMinFractionDigits))
+        .add("maxFractionDigits", static_cast<unsigned long>(tSection.nMaxFractionDigits))
+        .add("scale", aScales[tSection.eScaleFactor])
+        .add("scaleIndicator", tSection.sScaleIndicator)
+        .add("validExcelPattern", tSection.bValidExcelPattern)
+        .add("scalingComma", tSection.bScalingComma)
+        .text();
+}
+
+std::string modsOf(const NumericPattern::Section& tSection)
+{
+    std::vector<JsonObject> vMods;
+    for (const NumericPattern::Modulus& tMod : tSection.vMods)
+        vMods.push_back(JsonObject().add("div", tMod.nDiv).add("mod", tMod.nMod).add("mult", tMod.nMult));
+    return jsonArray(vMods);
+}
+
+// A section opens an object that the next one is the last member of; sections may be many, so that no recursion walks
+// them.
+std::string openedSection(const NumericPattern& tPattern, const NumericPattern::Section& tSection)
+{
+    const std::string sClosed = JsonObject()
+                                    .addRaw("items", itemsOf(tPattern, tSection))
+                                    .addRaw("flags", flagsOf(tSection))
+                                    .addRaw("mods", modsOf(tSection))
+                                    .text();
+    return sClosed.substr(0, sClosed.size() - 1) + ",\"next\":";
+}
+
+}  // namespace
+
+void answerExplain(const BatchRequest& tRequest, JsonObject& tResponse)
+{
+    const std::string sKind = tRequest.requiredText("kind");
+    if (sKind == "date" || sKind == "duration" || sKind == "text")
+        throw InputError("the kind \"" + sKind + "\" is not available");
+    if (sKind != "numeric")
+        throw InputError("\"kind\": found " + quotedForMessage(sKind) + ", expected numeric");
+    const NumericPattern tPattern = NumericPattern::parse(tRequest.requiredWideText("pattern"), tRequest.locale(),
+                                                          tRequest.output(), tRequest.language());
+    const std::vector<NumericPattern::Section>& vSections = tPattern.sections();
+    const NumericPattern::Section& tFirst = vSections.front();
+    tResponse.addRaw("items", itemsOf(tPattern, tFirst))
+        .addRaw("flags", flagsOf(tFirst))
+        .addRaw("mods", modsOf(tFirst));
+    std::string sNext;
+    for (std::size_t nSection = 1; nSection < vSections.size(); ++nSection)
+        sNext += openedSection(tPattern, vSections[nSection]);
+    tResponse.addRaw("next", sNext + "null" + std::string(vSections.size() - 1, '}'));
+}
+
+}  // namespace tov

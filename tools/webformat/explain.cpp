@@ -1,0 +1,70 @@
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <memory>
+
+#include "commands.h"
+#include "eastasianwidth.h"
+#include "names.h"
+#include "numericexplanation.h"
+#include "outputfile.h"
+
+namespace tov {
+
+namespace {
+
+struct ExplainOptions
+{
+    std::string sKind;
+    std::string sPattern;
+    std::string sLocale = "en-US";
+    std::string sLanguage = "en-us";
+};
+
+String padded(const String& sText, std::size_t nWidth)
+{
+    const std::size_t nTextWidth = displayWidth(sText);
+    return sText + String(nWidth > nTextWidth ? nWidth - nTextWidth : 0, L' ');
+}
+
+void writeLines(const std::vector<ExplanationLine>& vLines)
+{
+    constexpr std::size_t knWidestColumn = 60;
+    std::size_t nPattern = 0;
+    std::size_t nWords = 0;
+    for (const ExplanationLine& tLine : vLines)
+    {
+        nPattern = std::max(nPattern, std::min(displayWidth(tLine.sPattern), knWidestColumn));
+        nWords = std::max(nWords, std::min(displayWidth(tLine.sWords), knWidestColumn));
+    }
+    OutputFile tOutput("");
+    for (const ExplanationLine& tLine : vLines)
+        tOutput.write(padded(tLine.sPattern, nPattern) + L"  " + padded(tLine.sWords, nWords) + L"  " + tLine.sExample +
+                      L"\n");
+    tOutput.commit();
+}
+
+void runExplain(const ExplainOptions& tOptions)
+{
+    const String sPattern = wideArgument(tOptions.sPattern, "PATTERN");
+    const Locale tLocale = localeFromTag(wideArgument(tOptions.sLocale, "--locale"));
+    const KTWUILanguage tLanguage(wideArgument(tOptions.sLanguage, "--language"));
+    writeLines(explainNumericPattern(sPattern, tLocale, tLanguage));
+}
+
+}  // namespace
+
+void addExplainCommand(CLI::App& tApp, CommandAction& tAction)
+{
+    CLI::App* pCommand = tApp.add_subcommand(
+        "explain", "Says what a pattern does: a line for each item with an example value shown up to there");
+    const auto pOptions = std::make_shared<ExplainOptions>();
+    pCommand->add_option("--kind", pOptions->sKind, "The pattern language")
+        ->required()
+        ->check(CLI::IsMember({"numeric"}));
+    pCommand->add_option("PATTERN", pOptions->sPattern, "The pattern")->required();
+    pCommand->add_option("--locale", pOptions->sLocale, "Locale (see: webformat list locales)")->capture_default_str();
+    pCommand->add_option("--language", pOptions->sLanguage, "Language of the user interface")->capture_default_str();
+    pCommand->callback([pOptions, &tAction] { tAction = [pOptions] { runExplain(*pOptions); }; });
+}
+
+}  // namespace tov

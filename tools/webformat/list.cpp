@@ -1,0 +1,46 @@
+#include <CLI/CLI.hpp>
+#include <memory>
+
+#include "commands.h"
+#include "intl/localetaglookup.h"
+#include "names.h"
+#include "outputfile.h"
+#include "webbedrock/utf8.h"
+
+namespace tov {
+
+namespace {
+
+std::vector<std::string> namesOf(const std::string& sKind)
+{
+    if (sKind == "types")
+        return typeNames();
+    if (sKind == "outputs")
+        return outputNames();
+    std::vector<std::string> vNames;
+    for (const String& sTag : LocaleTagLookup::allTags())
+        vNames.push_back(toUtf8(sTag));
+    return vNames;
+}
+
+void runList(const std::string& sKind)
+{
+    OutputFile tOutput("");
+    for (const std::string& sName : namesOf(sKind))
+        tOutput.write(sName + "\n");
+    tOutput.commit();
+}
+
+}  // namespace
+
+void addListCommand(CLI::App& tApp, CommandAction& tAction)
+{
+    CLI::App* pCommand = tApp.add_subcommand("list", "Prints the names that the other sub-commands take, a line each");
+    const auto pKind = std::make_shared<std::string>();
+    pCommand->add_option("KIND", *pKind, "Which names")
+        ->required()
+        ->check(CLI::IsMember({"types", "locales", "outputs"}));
+    pCommand->callback([pKind, &tAction] { tAction = [pKind] { runList(*pKind); }; });
+}
+
+}  // namespace tov
