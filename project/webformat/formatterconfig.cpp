@@ -2,6 +2,7 @@
 
 #include "defaultformats.h"
 #include "numericfamilies.h"
+#include "outputencoders.h"
 #include "utilities/pathfilter.h"
 #include "webbedrock/assertion.h"
 #include "webbedrock/dclsingleton.h"
@@ -35,11 +36,6 @@ public:
 private:
     std::atomic<std::thread::id>& m_tThread;
 };
-
-bool isOutputType(OutputType eOutput)
-{
-    return eOutput >= ValueFormatterTypes::kText && eOutput < ValueFormatterTypes::kLastType;
-}
 
 std::size_t indexOf(std::size_t nTable, SQLDataType::DataType eType, OutputType eOutput)
 {

@@ -17,6 +17,11 @@ struct OutputEncoders
 
 const OutputEncoders& outputEncoders();
 
+inline bool isOutputType(ValueFormatterTypes::OutputType eType)
+{
+    return eType >= ValueFormatterTypes::kText && eType < ValueFormatterTypes::kLastType;
+}
+
 // The encoder of an output type. Null where text is copied unchanged (kText, kSQL) and for values that are no output
 // type. A formatter that encodes many values asks once, when it is built.
 const W2WEncoding* encoderFor(ValueFormatterTypes::OutputType eType);

@@ -10,11 +10,6 @@ namespace {
 
 constexpr char kSource[] = "webformat/valueformatter";
 
-bool isOutputType(ValueFormatterTypes::OutputType eType)
-{
-    return eType >= ValueFormatterTypes::kText && eType < ValueFormatterTypes::kLastType;
-}
-
 }  // namespace
 
 const OutputEncoders& outputEncoders()
