@@ -12,6 +12,7 @@
 
 #include "webbedrock/utf8.h"
 #include "xml/schemas.h"
+#include "xml/xmltext.h"
 #include "xml/xsitype.h"
 
 namespace tov {
@@ -58,22 +59,6 @@ String namespaceUri(const xmlChar* pUri)
     return withAmpersands(wide(pUri));
 }
 
-std::string escapedAttributeValue(std::wstring_view sValue)
-{
-    std::string sEscaped;
-    for (const char nByte : toUtf8(sValue))
-    {
-        switch (nByte)
-        {
-        case '&': sEscaped += "&amp;"; break;
-        case '<': sEscaped += "&lt;"; break;
-        case '"': sEscaped += "&quot;"; break;
-        default: sEscaped += nByte; break;
-        }
-    }
-    return sEscaped;
-}
-
 // The declarations of those predeclared prefixes that the root does not declare itself.
 std::string missingDeclarations(const XmlScan& tScan, const XmlParseOptions& tOptions)
 {
@@ -83,7 +68,7 @@ std::string missingDeclarations(const XmlScan& tScan, const XmlParseOptions& tOp
         const std::string sName = tPrefix.sPrefix.empty() ? "xmlns" : "xmlns:" + toUtf8(tPrefix.sPrefix);
         const std::vector<std::string>& vDeclared = tScan.vRootDeclarations;
         if (std::find(vDeclared.begin(), vDeclared.end(), sName) == vDeclared.end())
-            sDeclarations += " " + sName + "=\"" + escapedAttributeValue(tPrefix.sNamespace) + "\"";
+            sDeclarations += " " + sName + "=\"" + xmlQuotedText(tPrefix.sNamespace) + "\"";
     }
     return sDeclarations;
 }

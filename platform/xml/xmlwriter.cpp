@@ -11,6 +11,7 @@
 #include "webbedrock/utf8.h"
 #include "xml/schemas.h"
 #include "xml/xmldocument.h"
+#include "xml/xmltext.h"
 
 namespace tov {
 
@@ -41,28 +42,17 @@ const xmlChar* asXmlChar(const std::string& sText)
     return reinterpret_cast<const xmlChar*>(sText.c_str());
 }
 
-bool isAllowed(wchar_t nChar)
+// A namespace as the tree holds it: libxml2 prints it just as it is.
+std::string xmlUri(std::wstring_view sNamespace)
 {
-    const char32_t nCode = static_cast<char32_t>(nChar);
-    return nCode >= 0x20 ? nCode != 0xFFFE && nCode != 0xFFFF : nCode == '\t' || nCode == '\n' || nCode == '\r';
-}
-
-// UTF-8 with U+FFFD in place of what XML does not allow; surrogates and numbers past Unicode are `toUtf8`'s.
-std::string xmlText(std::wstring_view sText)
-{
-    String sAllowed(sText);
-    for (wchar_t& nChar : sAllowed)
-        if (!isAllowed(nChar))
-            nChar = 0xFFFD;
-    return toUtf8(sAllowed);
+    return xmlQuotedText(sNamespace);
 }
 
 std::string xmlName(std::wstring_view sName)
 {
-    std::string sText = xmlText(sName);
-    const bool bIsName = xmlValidateNCName(asXmlChar(sText), 0) == 0;
+    const bool bIsName = isXmlName(sName);
     WEBFORMAT_ASSERT(kSource, bIsName);
-    return bIsName ? sText : "_";
+    return bIsName ? toUtf8(sName) : "_";
 }
 
 bool isXmlPrefix(std::wstring_view sPrefix)
@@ -155,7 +145,7 @@ void Writer::fill(xmlNode* pNode, const XmlElement& tElement, const std::vector<
 
 void Writer::declare(xmlNode* pNode, const XmlPrefix& tPrefix, bool bInNamespace)
 {
-    const std::string sUri = xmlText(tPrefix.sNamespace);
+    const std::string sUri = xmlUri(tPrefix.sNamespace);
     if (tPrefix.sPrefix.empty())
     {
         // An element in no namespace cannot declare a default one.
@@ -192,7 +182,7 @@ void Writer::setAttribute(xmlNode* pNode, const XmlAttribute& tAttribute)
 
 xmlNs* Writer::namespaceFor(xmlNode* pNode, std::wstring_view sNamespace, bool bAttribute)
 {
-    const std::string sUri = xmlText(sNamespace);
+    const std::string sUri = xmlUri(sNamespace);
     if (xmlNs* pFound = findNamespace(pNode, sUri, bAttribute))
         return pFound;
     return checked(xmlNewNs(pNode, asXmlChar(sUri), asXmlChar(freePrefix(pNode, sNamespace))));

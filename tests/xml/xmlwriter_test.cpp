@@ -34,9 +34,12 @@ TEST(XmlWriter, WritesWhatItReads)
         "<p:a xmlns:p=\"urn:p\" p:b=\"1\"><p:c/></p:a>",
         "<p:a xmlns:p=\"urn:1\"><p:a xmlns:p=\"urn:2\" xmlns:q=\"urn:1\"><q:b/></p:a></p:a>",
         "<a xmlns=\"urn:d\" xmlns:p=\"urn:d\" p:b=\"1\"/>",
+        "<p:a xmlns:p=\"urn:a&amp;b\" p:c=\"1\"><p:d/></p:a>",
         "<a xml:lang=\"de\" xml:id=\"x\"><b xml:id=\"x\"/></a>",
         "<a b=\"&lt;&amp;&quot;'&gt;\">&lt;&amp;\"'&gt;</a>",
         "<a b=\"&#10;&#13;&#9;\">&#13;\n\t</a>",
+        "<\xCB\xA9"
+        "a \xE0\xBF\xBF.1-=\"\"/>",  // names of the fifth edition
         "<a b=\"\xC3\xA9\xF0\x9F\x98\x80\">\xE2\x82\xAC</a>",
     };
     for (const char* pXml : kDocuments)
@@ -162,7 +165,7 @@ public:
     }
 
 private:
-    static constexpr const wchar_t* kNamespaces[] = {L"", L"urn:a", L"urn:b", Report::kTovNamespace};
+    static constexpr const wchar_t* kNamespaces[] = {L"", L"urn:a&'", L"urn:b", Report::kTovNamespace};
     static constexpr const wchar_t* kNames[] = {L"a", L"b", L"_c", L"\xE9t\xE9", L"d.e-f"};
     static constexpr const wchar_t* kPrefixes[] = {L"", L"p", L"tov", L"ns1"};
     static constexpr const wchar_t* kTexts[] = {L"",     L"x",      L"<",     L"&amp;",  L"&#38;", L"]]>",     L"\r\n",
