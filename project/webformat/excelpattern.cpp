@@ -181,6 +181,15 @@ void groupDigits(Tokens& vTokens)
                    {tOptional, Token{Token::kComma}, tOptional, tOptional});
 }
 
+// Whether zeros that only fill places would be grouped: Excel groups all the digits that it shows ("0,000" shows 5 as
+// 0,005), the formatter those of the number (0005).
+bool groupsFillingZeros(Tokens& vTokens)
+{
+    const auto tEnd = integerEnd(vTokens);
+    const auto tFirst = std::find_if(vTokens.begin(), tEnd, [](const Token& tToken) { return tToken.nDigit == L'0'; });
+    return std::count_if(tFirst, tEnd, isDigit) > 3;
+}
+
 // Makes the section show the cell value times ten to `nPower10`: by percent signs, of which as few as will do take
 // effect, and by commas behind the last digit. False where they cannot.
 bool scaleDigits(Tokens& vTokens, std::int64_t nPower10)
@@ -282,6 +291,22 @@ private:
     String m_sLiteral;
 };
 
+// Makes tokens that hold digits show what the formatter shows for a cell value times ten to `nPower10`; false where
+// Excel cannot.
+bool fitDigits(Tokens& vTokens, bool bGrouping, std::int64_t nPower10)
+{
+    // Excel would show an integer part that has no place in the pattern.
+    if (std::none_of(vTokens.begin(), integerEnd(vTokens), isDigit))
+        return false;
+    if (bGrouping)
+    {
+        if (groupsFillingZeros(vTokens))
+            return false;
+        groupDigits(vTokens);
+    }
+    return scaleDigits(vTokens, nPower10);
+}
+
 // `nCellPower10`: the cell holds the value times ten to this power.
 std::optional<String> sectionPattern(const NumericPattern& tPattern, const Section& tSection, std::int64_t nCellPower10)
 {
@@ -290,15 +315,9 @@ std::optional<String> sectionPattern(const NumericPattern& tPattern, const Secti
     std::optional<Tokens> tTokens = TokenReader(tPattern, tSection).read();
     if (!tTokens)
         return std::nullopt;
-    if (std::any_of(tTokens->begin(), tTokens->end(), isDigit))
-    {
-        if (std::none_of(tTokens->begin(), integerEnd(*tTokens), isDigit))
-            return std::nullopt;
-        if (tSection.bGrouping)
-            groupDigits(*tTokens);
-        if (!scaleDigits(*tTokens, tSection.nPower10 - nCellPower10))
-            return std::nullopt;
-    }
+    if (std::any_of(tTokens->begin(), tTokens->end(), isDigit) &&
+        !fitDigits(*tTokens, tSection.bGrouping, tSection.nPower10 - nCellPower10))
+        return std::nullopt;
     const bool bRed = std::any_of(tSection.vDigits.begin(), tSection.vDigits.end(),
                                   [](const Item& tItem) { return tItem.eType == Item::kColor; });
     return TokenWriter().write(*tTokens, bRed);

@@ -22,7 +22,8 @@ class Locale;
 //
 // There is no Excel pattern for patterns that choose the scale for each value, that split a number into places of
 // other bases ("[%60]"), that hold a day, month, time or duration, that show a fraction without an integer part (Excel
-// would show the integer part too), for a negative section whose power of ten cannot be told in commas and percent
+// would show the integer part too), that group and fill with zeros past the thousands ("0,000": Excel would group the
+// zeros), for a negative section whose power of ten cannot be told in commas and percent
 // signs, for control characters, for results of more than 255 UTF-16 units, and for patterns of the calendar or of
 // text.
 //
