@@ -2,9 +2,11 @@
 
     bench_report.py [--check] GOALS FOLDER
 
-A case is named <work>/<who>; the medians of its repetitions are compared. GOALS is a JSON object
+A case is named <work>/<who>; the medians of its repetitions are compared. Times are not printed: they say more about
+the machine than about the library, the ratios of one run do not. GOALS is a JSON object
 {"<work>": {"<peer>": ratio, "allocations": count}}: how many times faster than the peer the library has to be at least,
-and how many allocations a value may cost at most. With --check a missed goal makes the exit status 1.
+and how many allocations a value may cost at most. With --check a missed goal, or one that has no result, makes the exit
+status 1.
 """
 
 import json
@@ -17,10 +19,11 @@ OWN = "webformat"
 
 
 def read_results(folder):
-    """{work: {who: (median nanoseconds, allocations or None)}}, in the order of the programs' output."""
+    """{work: {who: (median nanoseconds, allocations or None)}}, in the order of the programs' cases."""
     samples = {}
     for file in sorted(Path(folder).glob("*.json")):
-        for run in json.loads(file.read_text(encoding="utf-8"))["benchmarks"]:
+        runs = json.loads(file.read_text(encoding="utf-8"))["benchmarks"]
+        for run in sorted(runs, key=lambda run: run["family_index"]):
             if run.get("run_type") == "iteration" and not run.get("error_occurred"):
                 work, _, who = re.sub(r"/(repeats|min_time|iterations|real_time|process_time).*", "", run["name"]).rpartition("/")
                 unit = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}[run["time_unit"]]
@@ -43,20 +46,30 @@ def print_work(work, contenders, goals):
     own_time, own_allocations = contenders.get(OWN, (None, None))
     print(f"\n{work}")
     for who, (time, allocations) in contenders.items():
-        line = f"    {who:<28}{time:>12.1f} ns"
+        line = f"    {who:<24}"
         line += f"{allocations:>8.2f} allocations" if allocations is not None else " " * 20
         if who != OWN and own_time:
             ratio, goal = time / own_time, goals.get(who)
-            line += f"   {ratio:7.2f} times {OWN}'s"
+            line += f"   {ratio:7.2f} times {OWN}'s time"
             if goal is not None:
                 line += f" (goal {goal})"
                 if ratio < goal:
                     missed.append(f"{work}: {ratio:.2f} times {who}, goal {goal}")
         print(line.rstrip())
     limit = goals.get("allocations")
-    if limit is not None and own_allocations is not None and own_allocations > limit:
-        missed.append(f"{work}: {own_allocations:.2f} allocations, goal {limit}")
+    if limit is not None and (own_allocations is None or own_allocations > limit):
+        missed.append(f"{work}: {own_allocations or 0:.2f} allocations, goal {limit}")
     return missed
+
+
+def goals_without_result(goals, results):
+    """The goals whose work or peer did not run, as a rename would leave them."""
+    return [
+        f"{work}: no result for {who}"
+        for work, ratios in goals.items()
+        for who in [OWN, *(peer for peer in ratios if peer != "allocations")]
+        if who not in results.get(work, {})
+    ]
 
 
 def main():
@@ -65,6 +78,8 @@ def main():
     goals = json.loads(Path(goals_file).read_text(encoding="utf-8")) if Path(goals_file).exists() else {}
     results = read_results(folder)
     missed = [goal for work, contenders in results.items() for goal in print_work(work, contenders, goals.get(work, {}))]
+    if "--check" in sys.argv:
+        missed += goals_without_result(goals, results)
     print(f"\n{len(results)} kinds of work, {len(missed)} goals missed")
     for goal in missed:
         print(f"MISSED {goal}")
