@@ -482,12 +482,14 @@ CorvidNumber CorvidNumberAccess::fromDigits(std::string_view sDigits, std::int64
     return bounded({withSign(coefficientOfDigits(sDigits), bNegative), static_cast<int>(nExponent), false});
 }
 
-int CorvidNumberAccess::appendDigits(const CorvidNumber& tNumber, StringBufferBaseTemplate<char>& tDigits)
+CorvidNumberAccess::Shape CorvidNumberAccess::appendDigits(const CorvidNumber& tNumber,
+                                                           StringBufferBaseTemplate<char>& tDigits)
 {
     const State& tState = stateOf(tNumber);
     const auto& tBackend = tState.m_tCoefficient.backend();
-    tov::appendDigits(tDigits, tBackend.limbs(), tBackend.size());
-    return tState.m_nExponent;
+    if (!tState.m_bInfinite)
+        tov::appendDigits(tDigits, tBackend.limbs(), tBackend.size());
+    return {tState.m_nExponent, tBackend.sign(), tState.m_bInfinite};
 }
 
 namespace math {

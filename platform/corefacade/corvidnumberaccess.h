@@ -20,9 +20,16 @@ struct CorvidNumberAccess
     // The number `sDigits` x 10^nExponent within its bounds. `sDigits` is empty (zero) or does not begin with "0".
     static CorvidNumber fromDigits(std::string_view sDigits, std::int64_t nExponent, bool bNegative);
 
-    // Appends the digits of the coefficient without leading zeros (none for zero) and returns its power of ten. Not for
-    // infinite numbers.
-    static int appendDigits(const CorvidNumber& tNumber, StringBufferBaseTemplate<char>& tDigits);
+    // What a number is besides the digits of its coefficient.
+    struct Shape
+    {
+        int m_nExponent;
+        bool m_bNegative;
+        bool m_bInfinite;
+    };
+
+    // Appends the digits of the coefficient without leading zeros; none for zero and infinite numbers.
+    static Shape appendDigits(const CorvidNumber& tNumber, StringBufferBaseTemplate<char>& tDigits);
 };
 
 }  // namespace tov

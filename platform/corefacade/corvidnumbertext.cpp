@@ -40,7 +40,7 @@ void appendNumber(StringBufferBaseTemplate<char>& tText, int nNumber)
 double finiteMagnitude(const CorvidNumber& tNumber)
 {
     DigitBuffer tText;
-    const int nExponent = CorvidNumberAccess::appendDigits(tNumber, tText);
+    const int nExponent = CorvidNumberAccess::appendDigits(tNumber, tText).m_nExponent;
     const std::int64_t nLead = static_cast<std::int64_t>(tText.length()) + nExponent - 1;
     tText.append('e');
     appendNumber(tText, nExponent);
@@ -91,7 +91,7 @@ std::string CorvidNumber::toString() const
     if (isInfinite())
         return isNegative() ? "-INF" : "INF";
     DigitBuffer tCoefficient;
-    const int nExponent = CorvidNumberAccess::appendDigits(*this, tCoefficient);
+    const int nExponent = CorvidNumberAccess::appendDigits(*this, tCoefficient).m_nExponent;
     DigitBuffer tDigits;
     const unsigned nPlaces = static_cast<unsigned>(std::max(-nExponent, 0));
     const std::size_t nPoint = static_cast<std::size_t>(placeDigits(tDigits, tCoefficient.view(), nExponent, nPlaces));
@@ -108,14 +108,10 @@ std::string CorvidNumber::toString() const
 void CorvidNumber::m_fcvt(StringBufferBaseTemplate<char>& tDigits, unsigned nPlaces, int* pnDecimalPoint,
                           bool* pbNegative) const
 {
-    *pbNegative = isNegative();
-    *pnDecimalPoint = 0;
     tDigits.clear();
-    if (isInfinite())
-        return;
-    DigitBuffer tCoefficient;
-    const int nExponent = CorvidNumberAccess::appendDigits(*this, tCoefficient);
-    *pnDecimalPoint = placeDigits(tDigits, tCoefficient.view(), nExponent, nPlaces);
+    const CorvidNumberAccess::Shape tShape = CorvidNumberAccess::appendDigits(*this, tDigits);
+    *pbNegative = tShape.m_bNegative;
+    *pnDecimalPoint = tShape.m_bInfinite ? 0 : placeDigits(tDigits, tShape.m_nExponent, nPlaces);
 }
 
 }  // namespace tov

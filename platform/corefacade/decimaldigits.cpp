@@ -82,41 +82,52 @@ bool increment(char* pFirst, char* pEnd)
     return false;
 }
 
-// The first `nKept` of the digits, rounded, behind the buffer's contents.
-void appendRounded(StringBufferBaseTemplate<char>& tBuffer, std::string_view sDigits, std::size_t nKept)
+// Keeps the first `nKept` digits, rounded.
+void roundAt(StringBufferBaseTemplate<char>& tBuffer, std::size_t nKept)
 {
-    tBuffer.append(sDigits.substr(0, nKept));
-    if (sDigits[nKept] < '5')
-        return;
-    char* pEnd = tBuffer.freePlace();
-    if (increment(pEnd - tBuffer.length(), pEnd))
+    const bool bUp = tBuffer[nKept] >= '5';
+    tBuffer.truncate(nKept);
+    if (!bUp || increment(tBuffer.freePlace() - nKept, tBuffer.freePlace()))
         return;
     // All nines: a one and as many zeros.
     tBuffer.append('0');
     tBuffer[0] = '1';
 }
 
+void insertZeros(StringBufferBaseTemplate<char>& tBuffer, std::size_t nZeros)
+{
+    const std::size_t nDigits = tBuffer.length();
+    tBuffer.appendRepeated('0', nZeros);
+    if (tBuffer.length() == nDigits)
+        return;
+    std::memmove(&tBuffer[nZeros], &tBuffer[0], nDigits);
+    std::memset(&tBuffer[0], '0', nZeros);
+}
+
 }  // namespace
 
 unsigned writeDigits(char* pOut, UInt128 nValue)
 {
-    std::uint64_t aLimbs[2] = {static_cast<std::uint64_t>(nValue), static_cast<std::uint64_t>(nValue >> 64)};
-    if (aLimbs[1] == 0)
-        return writeDigits(pOut, aLimbs[0]);
-    const std::uint64_t nLast = divideByTenTo19(aLimbs, 2);
+    const std::uint64_t nLow = static_cast<std::uint64_t>(nValue);
+    const std::uint64_t nHigh = static_cast<std::uint64_t>(nValue >> 64);
+    if (nHigh == 0)
+        return writeDigits(pOut, nLow);
+    // The upper limb holds 10^19 once at most, which needs no division.
+    const std::uint64_t nTop = nHigh >= kTenTo19 ? 1 : 0;
+    const QuotientAndRemainder tLast = divideTwoLimbs(nHigh - nTop * kTenTo19, nLow);
     unsigned nCount = 0;
-    if (aLimbs[1] == 0 && aLimbs[0] < kTenTo19)
+    if (nTop == 0 && tLast.m_nQuotient < kTenTo19)
     {
-        nCount = writeDigits(pOut, aLimbs[0]);
+        nCount = writeDigits(pOut, tLast.m_nQuotient);
     }
     else
     {
-        const std::uint64_t nMiddle = divideByTenTo19(aLimbs, 2);
-        nCount = writeDigits(pOut, aLimbs[0]);
-        writeNineteenDigits(pOut + nCount, nMiddle);
+        const QuotientAndRemainder tMiddle = divideTwoLimbs(nTop, tLast.m_nQuotient);
+        nCount = writeDigits(pOut, tMiddle.m_nQuotient);
+        writeNineteenDigits(pOut + nCount, tMiddle.m_nRemainder);
         nCount += 19;
     }
-    writeNineteenDigits(pOut + nCount, nLast);
+    writeNineteenDigits(pOut + nCount, tLast.m_nRemainder);
     return nCount + 19;
 }
 
@@ -132,29 +143,30 @@ void appendDigits(StringBufferBaseTemplate<char>& tBuffer, const unsigned long l
         tBuffer.advance(writeDigits(tBuffer.freePlace(), nHigh << 64 | pLimbs[0]));
 }
 
+int placeDigits(StringBufferBaseTemplate<char>& tBuffer, std::int64_t nExponent, unsigned nFractionDigits)
+{
+    const std::int64_t nPlaces = std::min(nFractionDigits, kMaxFractionDigits);
+    const std::int64_t nDigits = static_cast<std::int64_t>(tBuffer.length());
+    const std::int64_t nKept = nDigits + nExponent + nPlaces;
+    if (nDigits == 0 || nKept < 0)
+        tBuffer.clear();
+    else if (nKept < nDigits)
+        roundAt(tBuffer, static_cast<std::size_t>(nKept));
+    else
+        tBuffer.appendRepeated('0', static_cast<std::size_t>(nKept - nDigits));
+    const std::int64_t nWritten = static_cast<std::int64_t>(tBuffer.length());
+    if (nWritten >= nPlaces)
+        return static_cast<int>(nWritten - nPlaces);
+    insertZeros(tBuffer, static_cast<std::size_t>(nPlaces - nWritten));
+    return 0;
+}
+
 int placeDigits(StringBufferBaseTemplate<char>& tBuffer, std::string_view sDigits, std::int64_t nExponent,
                 unsigned nFractionDigits)
 {
     tBuffer.clear();
-    const std::int64_t nPlaces = std::min(nFractionDigits, kMaxFractionDigits);
-    const std::int64_t nDigits = static_cast<std::int64_t>(sDigits.size());
-    const std::int64_t nKept = nDigits + nExponent + nPlaces;
-    if (nDigits == 0 || nKept < 0)
-    {
-        tBuffer.appendRepeated('0', static_cast<std::size_t>(nPlaces));
-        return 0;
-    }
-    tBuffer.appendRepeated('0', static_cast<std::size_t>(std::max<std::int64_t>(nPlaces - nKept, 0)));
-    if (nKept < nDigits)
-    {
-        appendRounded(tBuffer, sDigits, static_cast<std::size_t>(nKept));
-    }
-    else
-    {
-        tBuffer.append(sDigits);
-        tBuffer.appendRepeated('0', static_cast<std::size_t>(nKept - nDigits));
-    }
-    return static_cast<int>(static_cast<std::int64_t>(tBuffer.length()) - nPlaces);
+    tBuffer.append(sDigits);
+    return placeDigits(tBuffer, nExponent, nFractionDigits);
 }
 
 }  // namespace tov

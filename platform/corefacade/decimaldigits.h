@@ -118,10 +118,13 @@ unsigned writeDigits(char* pOut, UInt128 nValue);
 // Up to two limbs: no heap, divisions by constants only. Quadratic in the number of limbs.
 void appendDigits(StringBufferBaseTemplate<char>& tBuffer, const unsigned long long* pLimbs, std::size_t nLimbs);
 
-// Replaces the contents of `tBuffer` by the digits of `sDigits` x 10^nExponent, rounded to `nFractionDigits` places
-// (halves away from zero), every fraction place included; returns how many digits stand left of the point. `sDigits` is
-// empty (zero) or does not begin with "0". The caller has bounded `nExponent`; more than kMaxFractionDigits count as
+// Turns the contents of `tBuffer`, digits d, into the digits of d x 10^nExponent, rounded to `nFractionDigits` places
+// (halves away from zero), every fraction place included; returns how many digits stand left of the point. The contents
+// are empty (zero) or do not begin with "0". The caller has bounded `nExponent`; more than kMaxFractionDigits count as
 // that.
+int placeDigits(StringBufferBaseTemplate<char>& tBuffer, std::int64_t nExponent, unsigned nFractionDigits);
+
+// The same for digits that stand elsewhere: they replace the contents of `tBuffer`.
 int placeDigits(StringBufferBaseTemplate<char>& tBuffer, std::string_view sDigits, std::int64_t nExponent,
                 unsigned nFractionDigits);
 

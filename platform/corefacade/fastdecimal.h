@@ -18,4 +18,12 @@ inline constexpr int kFastSignificantDigits = 15;
 // on which side they are (about one amount in a million, rising to one number in ten near 10^14 units).
 bool roundToUnits(double fMagnitude, int nPlaces, std::uint64_t& nUnits);
 
+// Rounds a positive magnitude to 15 significant decimal digits (of its exact binary value): it becomes
+// `nDigits` x 10^nExponent with 10^14 <= nDigits <= 10^15.
+//
+// False, and the outputs are worth nothing, where the value is so close to the middle of two results that a
+// multiplication with 128 bits of a power of ten does not tell them apart: exact ties, and otherwise about one value in
+// 10^21.
+bool roundToFifteenDigits(double fMagnitude, std::uint64_t& nDigits, int& nExponent);
+
 }  // namespace tov

@@ -31,37 +31,34 @@ int placeUnits(StringBufferBaseTemplate<char>& tBuffer, std::uint64_t nUnits, un
     return static_cast<int>(nDigits - nPlaces);
 }
 
-// "d.ddde-12" as its digits, moved together, and the power of ten of the last of them.
-struct Scientific
+// The digits of `nDigits` x 10^nExponent with all their places.
+int placeWhole(StringBufferBaseTemplate<char>& tBuffer, std::uint64_t nDigits, int nExponent, unsigned nPlaces)
 {
-    std::string_view m_sDigits;
-    int m_nExponent;
-};
-
-Scientific splitScientific(char* pText, const char* pEnd)
-{
-    const char* pMark = std::find(pText, const_cast<char*>(pEnd), 'e');
-    int nExponent = 0;
-    const char* pNumber = pMark[1] == '+' ? pMark + 2 : pMark + 1;
-    std::from_chars(pNumber, pEnd, nExponent);
-    const std::size_t nDigits = pMark - pText == 1 ? 1 : static_cast<std::size_t>(pMark - pText) - 1;
-    // The point stands behind the first digit: that digit takes its place.
-    if (nDigits > 1)
-    {
-        pText[1] = pText[0];
-        ++pText;
-    }
-    return {std::string_view(pText, nDigits), nExponent + 1 - static_cast<int>(nDigits)};
+    tBuffer.clear();
+    if (!tBuffer.reserveFree(kMaxDigits64))
+        return 0;
+    tBuffer.advance(writeDigits(tBuffer.freePlace(), nDigits));
+    return placeDigits(tBuffer, nExponent, nPlaces);
 }
 
+// Printed exactly: "d.ddde-12", or "de-12" with one digit.
 int placePrinted(StringBufferBaseTemplate<char>& tBuffer, double fMagnitude, unsigned nFractionDigits, int nPower10,
                  int nSignificantDigits)
 {
     char aText[kMaxDoubleDigits + 16];
-    const std::to_chars_result tEnd =
-        std::to_chars(aText, aText + sizeof(aText), fMagnitude, std::chars_format::scientific, nSignificantDigits - 1);
-    const Scientific tNumber = splitScientific(aText, tEnd.ptr);
-    return placeDigits(tBuffer, tNumber.m_sDigits, tNumber.m_nExponent + nPower10, nFractionDigits);
+    const char* pEnd =
+        std::to_chars(aText, aText + sizeof(aText), fMagnitude, std::chars_format::scientific, nSignificantDigits - 1)
+            .ptr;
+    // The first digit takes the place of the point, so that all digits stand together.
+    char* pDigits = nSignificantDigits == 1 ? aText : aText + 1;
+    *pDigits = aText[0];
+    const char* pExponent = pDigits + nSignificantDigits + 1;
+    if (*pExponent == '+')
+        ++pExponent;
+    int nExponent = 0;
+    std::from_chars(pExponent, pEnd, nExponent);
+    return placeDigits(tBuffer, std::string_view(pDigits, static_cast<std::size_t>(nSignificantDigits)),
+                       nExponent + 1 - nSignificantDigits + nPower10, nFractionDigits);
 }
 
 }  // namespace
@@ -75,10 +72,15 @@ int FloatingPointUtils::getDoubleDigitsWithMaxSignficantDigits(StringBufferBaseT
         return placeDigits(tBuffer, {}, 0, nFractionDigits);
     nPower10 = bounded(nPower10);
     nFractionDigits = std::min(nFractionDigits, kMaxFractionDigits);
-    std::uint64_t nUnits = 0;
-    if (nMaxSignificantDigits == kFastSignificantDigits &&
-        roundToUnits(fMagnitude, static_cast<int>(nFractionDigits) + nPower10, nUnits))
-        return placeUnits(tBuffer, nUnits, nFractionDigits);
+    if (nMaxSignificantDigits == kFastSignificantDigits)
+    {
+        std::uint64_t nUnits = 0;
+        int nExponent = 0;
+        if (roundToUnits(fMagnitude, static_cast<int>(nFractionDigits) + nPower10, nUnits))
+            return placeUnits(tBuffer, nUnits, nFractionDigits);
+        if (roundToFifteenDigits(fMagnitude, nUnits, nExponent))
+            return placeWhole(tBuffer, nUnits, nExponent + nPower10, nFractionDigits);
+    }
     return placePrinted(tBuffer, fMagnitude, nFractionDigits, nPower10,
                         std::clamp(nMaxSignificantDigits, 1, kMaxDoubleDigits));
 }
@@ -88,9 +90,7 @@ int FloatingPointUtils::getIntegerDigits(StringBufferBaseTemplate<char>& tBuffer
 {
     if ((nFractionDigits | static_cast<unsigned>(nPower10)) == 0)
         return placeUnits(tBuffer, nMagnitude, 0);
-    char aDigits[kMaxDigits64];
-    const unsigned nDigits = writeDigits(aDigits, nMagnitude);
-    return placeDigits(tBuffer, std::string_view(aDigits, nDigits), bounded(nPower10), nFractionDigits);
+    return placeWhole(tBuffer, nMagnitude, bounded(nPower10), nFractionDigits);
 }
 
 }  // namespace tov

@@ -291,6 +291,65 @@ TEST(FloatingPointUtils, AgreesWithTheExactPrinterWhereTheQuickWayIsTaken)
     }
 }
 
+// True where the quick way to fifteen digits was sure; then it has said what the exact printer says.
+bool agreesOnFifteenDigits(double fValue)
+{
+    std::uint64_t nDigits = 0;
+    int nExponent = 0;
+    if (!roundToFifteenDigits(fValue, nDigits, nExponent))
+        return false;
+    EXPECT_TRUE(nDigits >= 100'000'000'000'000 && nDigits <= 1'000'000'000'000'000) << std::hexfloat << fValue;
+    char aText[32];
+    const auto tEnd = std::to_chars(aText, aText + sizeof(aText), fValue, std::chars_format::scientific, 14);
+    const std::string sPrinted(aText, tEnd.ptr);
+    const int nPrintedExponent = std::stoi(sPrinted.substr(sPrinted.find('e') + 1)) - 14;
+    const std::uint64_t nPrinted = std::stoull(sPrinted.substr(0, 1) + sPrinted.substr(2, 14));
+    const bool bCarried = nDigits == 1'000'000'000'000'000;
+    EXPECT_EQ(bCarried ? nDigits / 10 : nDigits, nPrinted) << std::hexfloat << fValue;
+    EXPECT_EQ(nExponent + bCarried, nPrintedExponent) << std::hexfloat << fValue;
+    return true;
+}
+
+TEST(FloatingPointUtils, RoundsToFifteenDigitsLikeTheExactPrinterFromTheLeastDoubleToTheLargest)
+{
+    for (int nPower = -323; nPower <= 308; ++nPower)
+    {
+        const double fPower = std::stod("1e" + std::to_string(std::max(nPower, -307))) *
+                              (nPower < -307 ? std::pow(10.0, nPower + 307) : 1.0);
+        for (const double fFactor : {1.0, 1.1, 1.2, 1.3, 1.79769})
+        {
+            EXPECT_TRUE(agreesOnFifteenDigits(fPower * fFactor)) << fPower << " " << fFactor;
+            agreesOnFifteenDigits(std::nextafter(fPower * fFactor, 0.0));
+            agreesOnFifteenDigits(std::nextafter(fPower * fFactor, 1e300));
+        }
+    }
+    for (int nPower = -1074; nPower <= 1023; ++nPower)
+        agreesOnFifteenDigits(std::ldexp(1.0, nPower));
+    agreesOnFifteenDigits(std::numeric_limits<double>::max());
+    agreesOnFifteenDigits(std::bit_cast<double>(0x000FFFFFFFFFFFFFULL));
+}
+
+TEST(FloatingPointUtils, NeedsTheExactPrinterOnlyForTiesOfTheFifteenthDigit)
+{
+    std::mt19937_64 tRandom(11);
+    for (int n = 0; n < 200000; ++n)
+    {
+        const double fValue = std::bit_cast<double>(tRandom() & ~(1ULL << 63));
+        if (!std::isfinite(fValue) || fValue == 0.0 || agreesOnFifteenDigits(fValue))
+            continue;
+        char aText[64];
+        std::to_chars(aText, aText + sizeof(aText), fValue, std::chars_format::scientific, 40);
+        EXPECT_EQ(std::string_view(aText + 16, 26), "50000000000000000000000000") << std::hexfloat << fValue;
+    }
+    std::uint64_t nDigits = 0;
+    int nExponent = 0;
+    EXPECT_FALSE(roundToFifteenDigits(100000000000000.5, nDigits, nExponent));
+    EXPECT_FALSE(roundToFifteenDigits(1000000000000005.0, nDigits, nExponent));
+    EXPECT_EQ(digitsOf(100000000000000.5, 1), (Digits{"1000000000000000", 15}));
+    EXPECT_EQ(digitsOf(100000000000001.5, 1), (Digits{"1000000000000020", 15}));
+    EXPECT_EQ(digitsOf(1000000000000015.0, 0), (Digits{"1000000000000020", 16}));
+}
+
 TEST(FloatingPointUtils, HardlyEverNeedsTheExactPrinterForAmounts)
 {
     DoubleSource tSource;
