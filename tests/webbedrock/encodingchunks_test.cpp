@@ -142,6 +142,15 @@ TEST(EncodingChunks, NeverStartWithALowSurrogate)
     }
 }
 
+TEST(EncodingChunks, AreNotShortenedByWhatStandsBehindTheText)
+{
+    const String sText = String(40, L'x') + static_cast<wchar_t>(0xDC00);
+    const NotingText tEncoding;
+    StringBufferTemplate<wchar_t, 100> tBuffer;
+    tEncoding.updateToBuffer(tBuffer, sText.data(), 40);
+    EXPECT_EQ(tEncoding.chunks(), Sizes{40});
+}
+
 TEST(EncodingChunks, AreShortenedByOneOnlyAndComeToAnEnd)
 {
     const String sText(200, static_cast<wchar_t>(0xDC00));
@@ -329,6 +338,20 @@ TEST(EncodingChunks, MarkupThatFitsIsNeverMoved)
         tEncoding.updateToBuffer(tBuffer, sText.data(), sText.size());
         EXPECT_EQ(tBuffer.length(), 60u);
         EXPECT_EQ(tBuffer.capacity(), 60u);
+    }
+}
+
+TEST(EncodingChunks, MarkupGrowsTheBufferExactlyWhereItDoesNotFitBehindTheContents)
+{
+    const W2WEncodingSGML tEncoding(W2WEncodingSGML::kHTML);
+    const String sText(10, L'"');
+    for (std::size_t nBefore = 0; nBefore <= 256; ++nBefore)
+    {
+        StringBufferTemplate<wchar_t, 256> tBuffer;
+        tBuffer.appendRepeated(L'-', nBefore);
+        tEncoding.updateToBuffer(tBuffer, sText.data(), sText.size());
+        EXPECT_EQ(tBuffer.length(), nBefore + 60);
+        EXPECT_EQ(tBuffer.capacity(), nBefore + 60 <= 256 ? 256u : 511u) << "behind " << nBefore;
     }
 }
 
