@@ -3,7 +3,7 @@
 
 #include <memory>
 
-#include "intl/datepattern.h"
+#include "intl/localedatepattern.h"
 #include "intl/localerecord.h"
 #include "intl/localetext.h"
 
@@ -53,18 +53,18 @@ void readDayPeriodsAndEra(const Symbols& tSymbols, LocaleRecord& tRecord)
 }
 
 // The pattern behind a format of the locale data; deletes the format.
-DatePattern patternOf(icu::DateFormat* pFormat)
+LocaleDatePattern patternOf(icu::DateFormat* pFormat)
 {
     const std::unique_ptr<icu::DateFormat> pOwned(pFormat);
     icu::UnicodeString sPattern;
     if (const auto* const pSimple = dynamic_cast<const icu::SimpleDateFormat*>(pFormat))
         pSimple->toPattern(sPattern);
-    return DatePattern(wideText(sPattern));
+    return LocaleDatePattern(wideText(sPattern));
 }
 
 void readTimePatterns(const icu::Locale& tLocale, LocaleRecord& tRecord)
 {
-    const DatePattern tTime = patternOf(icu::DateFormat::createTimeInstance(icu::DateFormat::kMedium, tLocale));
+    const LocaleDatePattern tTime = patternOf(icu::DateFormat::createTimeInstance(icu::DateFormat::kMedium, tLocale));
     tRecord.tInfo[Locale::kTimeFormat] = tTime.text();
     tRecord.tInfo[Locale::kTimeInputFormat] = tTime.text();
     tRecord.tInfo[Locale::kTimeSeparator] = tTime.hourMinuteSeparator();
@@ -90,11 +90,11 @@ void readDateNames(LocaleRecord& tRecord)
 void readDatePatterns(LocaleRecord& tRecord)
 {
     const icu::Locale tLocale(idForReading(tRecord).c_str());
-    const DatePattern tShort = patternOf(icu::DateFormat::createDateInstance(icu::DateFormat::kShort, tLocale));
+    const LocaleDatePattern tShort = patternOf(icu::DateFormat::createDateInstance(icu::DateFormat::kShort, tLocale));
     tRecord.tInfo[Locale::kDateShortFormat] = tShort.text();
     tRecord.tInfo[Locale::kDateInputFormat] = tShort.inputText();
 
-    const DatePattern tLong = patternOf(icu::DateFormat::createDateInstance(icu::DateFormat::kFull, tLocale));
+    const LocaleDatePattern tLong = patternOf(icu::DateFormat::createDateInstance(icu::DateFormat::kFull, tLocale));
     auto& tNames = tRecord.tNames;
     const bool bMonthsDiffer = tNames[Locale::kNominitiveMonth] != tNames[Locale::kGenetiveMonth];
     tRecord.tInfo[Locale::kDateLongFormat] =

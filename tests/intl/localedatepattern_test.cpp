@@ -1,4 +1,4 @@
-#include "intl/datepattern.h"
+#include "intl/localedatepattern.h"
 
 #include <gtest/gtest.h>
 
@@ -12,7 +12,7 @@ struct Row
     const wchar_t* pExpected;
 };
 
-TEST(DatePattern, ConvertsFieldsTokenByToken)
+TEST(LocaleDatePattern, ConvertsFieldsTokenByToken)
 {
     constexpr Row kRows[] = {
         {__LINE__, L"", L""},
@@ -33,10 +33,10 @@ TEST(DatePattern, ConvertsFieldsTokenByToken)
         {__LINE__, L"y\u5E74M\u6708d\u65E5EEEE", L"yyyy\u5E74M\u6708d\u65E5dddd"},
     };
     for (const Row& tRow : kRows)
-        EXPECT_EQ(DatePattern(tRow.pPattern).text(), tRow.pExpected) << "row at line " << tRow.nLine;
+        EXPECT_EQ(LocaleDatePattern(tRow.pPattern).text(), tRow.pExpected) << "row at line " << tRow.nLine;
 }
 
-TEST(DatePattern, QuotesLiteralTextThatTheGrammarWouldReadOtherwise)
+TEST(LocaleDatePattern, QuotesLiteralTextThatTheGrammarWouldReadOtherwise)
 {
     constexpr Row kRows[] = {
         {__LINE__, L"d 'de' MMMM 'de' y", L"d \"de\" MMMM \"de\" yyyy"},
@@ -54,17 +54,17 @@ TEST(DatePattern, QuotesLiteralTextThatTheGrammarWouldReadOtherwise)
         {__LINE__, L"EEEEd", L"dddd\"\"d"},
     };
     for (const Row& tRow : kRows)
-        EXPECT_EQ(DatePattern(tRow.pPattern).text(), tRow.pExpected) << "row at line " << tRow.nLine;
+        EXPECT_EQ(LocaleDatePattern(tRow.pPattern).text(), tRow.pExpected) << "row at line " << tRow.nLine;
 }
 
-TEST(DatePattern, DropsDirectionMarksAndUsesPlainBlanks)
+TEST(LocaleDatePattern, DropsDirectionMarksAndUsesPlainBlanks)
 {
-    EXPECT_EQ(DatePattern(L"d\u200F/M\u200F/y").text(), L"d/M/yyyy");
-    EXPECT_EQ(DatePattern(L"h:mm\u202Fa").text(), L"h:mm tt");
-    EXPECT_EQ(DatePattern(L"HH\u00A0'h'").text(), L"HH \"h\"");
+    EXPECT_EQ(LocaleDatePattern(L"d\u200F/M\u200F/y").text(), L"d/M/yyyy");
+    EXPECT_EQ(LocaleDatePattern(L"h:mm\u202Fa").text(), L"h:mm tt");
+    EXPECT_EQ(LocaleDatePattern(L"HH\u00A0'h'").text(), L"HH \"h\"");
 }
 
-TEST(DatePattern, WidensDayAndMonthForInput)
+TEST(LocaleDatePattern, WidensDayAndMonthForInput)
 {
     constexpr Row kRows[] = {
         {__LINE__, L"M/d/yy", L"MM/dd/yyyy"},   {__LINE__, L"d. M. y.", L"dd. MM. yyyy."},
@@ -72,10 +72,10 @@ TEST(DatePattern, WidensDayAndMonthForInput)
         {__LINE__, L"d MMM y", L"dd MMM yyyy"}, {__LINE__, L"d 'd' M", L"dd \"d\" MM"},
     };
     for (const Row& tRow : kRows)
-        EXPECT_EQ(DatePattern(tRow.pPattern).inputText(), tRow.pExpected) << "row at line " << tRow.nLine;
+        EXPECT_EQ(LocaleDatePattern(tRow.pPattern).inputText(), tRow.pExpected) << "row at line " << tRow.nLine;
 }
 
-TEST(DatePattern, SwitchesToTheMonthNamesInsideDates)
+TEST(LocaleDatePattern, SwitchesToTheMonthNamesInsideDates)
 {
     constexpr Row kRows[] = {
         {__LINE__, L"d MMMM y", L"d [L:ru-RU;dates]MMMM[L:ru-RU] yyyy"},
@@ -85,11 +85,11 @@ TEST(DatePattern, SwitchesToTheMonthNamesInsideDates)
         {__LINE__, L"d.MM.y", L"d.MM.yyyy"},
     };
     for (const Row& tRow : kRows)
-        EXPECT_EQ(DatePattern(tRow.pPattern).textWithMonthsInsideDates(L"ru-RU"), tRow.pExpected)
+        EXPECT_EQ(LocaleDatePattern(tRow.pPattern).textWithMonthsInsideDates(L"ru-RU"), tRow.pExpected)
             << "row at line " << tRow.nLine;
 }
 
-TEST(DatePattern, FindsTheSeparatorOfHourAndMinute)
+TEST(LocaleDatePattern, FindsTheSeparatorOfHourAndMinute)
 {
     constexpr Row kRows[] = {
         {__LINE__, L"h:mm a", L":"},    {__LINE__, L"HH.mm.ss", L"."},  {__LINE__, L"a h.mm", L"."},
@@ -99,14 +99,15 @@ TEST(DatePattern, FindsTheSeparatorOfHourAndMinute)
         {__LINE__, L"mm.HH", L":"},     {__LINE__, L"", L":"},
     };
     for (const Row& tRow : kRows)
-        EXPECT_EQ(DatePattern(tRow.pPattern).hourMinuteSeparator(), tRow.pExpected) << "row at line " << tRow.nLine;
+        EXPECT_EQ(LocaleDatePattern(tRow.pPattern).hourMinuteSeparator(), tRow.pExpected)
+            << "row at line " << tRow.nLine;
 }
 
-TEST(DatePattern, KnowsDayNamesThatStandByThemselves)
+TEST(LocaleDatePattern, KnowsDayNamesThatStandByThemselves)
 {
-    EXPECT_TRUE(DatePattern(L"cccc d. MMMM y").namesDaysByThemselves());
-    EXPECT_FALSE(DatePattern(L"EEEE d. MMMM y").namesDaysByThemselves());
-    EXPECT_FALSE(DatePattern(L"'cccc' ccc d").namesDaysByThemselves());
+    EXPECT_TRUE(LocaleDatePattern(L"cccc d. MMMM y").namesDaysByThemselves());
+    EXPECT_FALSE(LocaleDatePattern(L"EEEE d. MMMM y").namesDaysByThemselves());
+    EXPECT_FALSE(LocaleDatePattern(L"'cccc' ccc d").namesDaysByThemselves());
 }
 
 }  // namespace

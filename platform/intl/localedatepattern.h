@@ -17,10 +17,10 @@ namespace tov {
 //
 // Direction marks are dropped and every blank becomes U+0020. Literal text that the grammar would read otherwise (with
 // an ASCII letter, a quote, a backslash or a bracket) stands between double quotes.
-class DatePattern
+class LocaleDatePattern
 {
 public:
-    explicit DatePattern(std::wstring_view sPattern);
+    explicit LocaleDatePattern(std::wstring_view sPattern);
 
     String text() const;
 

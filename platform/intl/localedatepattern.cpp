@@ -1,4 +1,4 @@
-#include "intl/datepattern.h"
+#include "intl/localedatepattern.h"
 
 #include <unicode/uchar.h>
 
@@ -76,7 +76,7 @@ void appendField(String& sResult, const String& sField)
 
 }  // namespace
 
-DatePattern::DatePattern(std::wstring_view sPattern)
+LocaleDatePattern::LocaleDatePattern(std::wstring_view sPattern)
 {
     const String sClean = withPlainBlanks(sPattern);
     for (std::size_t nAt = 0; nAt < sClean.size();)
@@ -97,7 +97,7 @@ DatePattern::DatePattern(std::wstring_view sPattern)
     }
 }
 
-String DatePattern::fieldText(const Token& tToken)
+String LocaleDatePattern::fieldText(const Token& tToken)
 {
     const std::size_t nCount = tToken.sText.size();
     switch (tToken.tLetter)
@@ -122,7 +122,7 @@ String DatePattern::fieldText(const Token& tToken)
     }
 }
 
-String DatePattern::text() const
+String LocaleDatePattern::text() const
 {
     String sResult;
     for (const Token& tToken : m_vTokens)
@@ -135,9 +135,9 @@ String DatePattern::text() const
     return sResult;
 }
 
-String DatePattern::inputText() const
+String LocaleDatePattern::inputText() const
 {
-    DatePattern tWide(*this);
+    LocaleDatePattern tWide(*this);
     for (Token& tToken : tWide.m_vTokens)
     {
         if (isOneOf(tToken.tLetter, L"dML") && tToken.sText.size() == 1)
@@ -146,7 +146,7 @@ String DatePattern::inputText() const
     return tWide.text();
 }
 
-String DatePattern::textWithMonthsInsideDates(std::wstring_view sTag) const
+String LocaleDatePattern::textWithMonthsInsideDates(std::wstring_view sTag) const
 {
     const String sName = L"[L:" + String(sTag);
     String sResult;
@@ -162,7 +162,7 @@ String DatePattern::textWithMonthsInsideDates(std::wstring_view sTag) const
     return sResult;
 }
 
-String DatePattern::hourMinuteSeparator() const
+String LocaleDatePattern::hourMinuteSeparator() const
 {
     for (std::size_t n = 0; n + 2 < m_vTokens.size(); ++n)
     {
@@ -174,7 +174,7 @@ String DatePattern::hourMinuteSeparator() const
     return L":";
 }
 
-bool DatePattern::namesDaysByThemselves() const
+bool LocaleDatePattern::namesDaysByThemselves() const
 {
     return std::any_of(m_vTokens.begin(), m_vTokens.end(),
                        [](const Token& tToken) { return tToken.tLetter == L'c' && tToken.sText.size() >= kFullName; });
