@@ -1,9 +1,9 @@
 #pragma once
 
+#include "corefacade/datetime.h"
 #include "webformat/valueformatter.h"
 
-namespace tov
-{
+namespace tov {
 
 // How dates, times and timestamps are shown: one of the predefined formats, or a date pattern of its own, and perhaps
 // the time zone in which values are displayed.
@@ -68,34 +68,75 @@ private:
     String m_sPredefinedFormat;
 };
 
-// The factory of date, time and timestamp formatters. A null handle means that no formatter applies; while the family
-// has none, every answer is a null handle.
-class WEBFORMAT_EXPORT WebDateFormatter
+// The base of the formatters of dates, times and timestamps, and their factory. Values are `DateTime`s.
+//
+// Example: the locale's long date
+//     const WebValueFormatterHandle hFormatter = WebDateFormatter::CreateDefaultDateFormatter(
+//         WebDateFormatDefinition::kLongDate, Locale::kUSA, KTWUILanguage::kDefaultLanguage,
+//         ValueFormatterTypes::kText);
+//     const DateTime tValue(2024, 3, 5);
+//     hFormatter->formatAsString(&tValue);   // "Tuesday, March 5, 2024"
+//
+// Formatters are immutable; any number of threads may format through one. The factories keep no state but the cache of
+// converted older formats (see `WebConvertWhistlerFormat`); any thread may call them.
+class WEBFORMAT_EXPORT WebDateFormatter : public WebValueFormatter
 {
 public:
     using OutputType = ValueFormatterTypes::OutputType;
 
-    static WebValueFormatterHandle CreateFormatter(const WebValueFormatDefinitionHandle& hDefinition,
-                                                   const Locale& tLocale, const KTWUILanguage& tLanguage,
-                                                   OutputType eOutput);
-    static WebValueFormatterHandle CreateFormatterTZ(const WebValueFormatDefinitionHandle& hDefinition,
-                                                     const Locale& tLocale, const TimeZoneResolver& tResolver,
-                                                     const String& sDisplayTimeZone, const KTWUILanguage& tLanguage,
-                                                     OutputType eOutput);
+    ~WebDateFormatter() override;
+
+    // Appends the value as text. Never a null value: `impl_formatToBuffer` has dealt with those.
+    virtual void FormatValue(StringBufferBaseTemplate<wchar_t>& tBuffer, const DateTime& tValue) const = 0;
+
+    // Appends the milliseconds since 1970-01-01 00:00:00, the value read as UTC: 1969-12-31 23:59:59.5 -> "-500". The
+    // part of a millisecond is cut off. A null value appends nothing.
+    void formatExcelValueToBuffer(StringBufferBaseTemplate<wchar_t>& tBuffer, const void* pValue) const override;
+
+    // The date pattern of a predefined format in the locale; empty for kDateYearMonth and from kPredefinedDate on.
+    // `eOutput` makes no difference.
+    //
+    // Example (en-US): kShortTimeStamp -> "M/d/yyyy h:mm:ss tt"; kTimeHourMin -> "h:mm tt"; kTimeHour -> "h  tt" (two
+    // blanks); kTimeWFractionalSeconds -> "h:mm:ss.######### tt"; kODBCDate -> "yyy-MM-dd" everywhere.
+    static String GetCustomFormatForType(WebDateFormatDefinition::Type eType, const Locale& tLocale,
+                                         OutputType eOutput);
+
+    // A formatter for a date pattern (see `DatePattern`).
+    static WebValueFormatterHandle ParseCustomFormat(const String& sPattern, const Locale& tLocale,
+                                                     const KTWUILanguage& tLanguage, OutputType eOutput);
+
+    // A formatter for a predefined format.
     static WebValueFormatterHandle CreateDefaultDateFormatter(WebDateFormatDefinition::Type eType,
                                                               const Locale& tLocale, const KTWUILanguage& tLanguage,
                                                               OutputType eOutput);
+
+    // A formatter for a date definition, a custom definition or one of the older notation; for any other and for none
+    // the pattern "MM/dd/yyyy hh:mm:ss". A date definition with an empty pattern of its own raises the assertion
+    // "!sCustomFormatString.empty()" and shows nothing.
+    static WebValueFormatterHandle CreateFormatter(const WebValueFormatDefinitionHandle& hDefinition,
+                                                   const Locale& tLocale, const KTWUILanguage& tLanguage,
+                                                   OutputType eOutput);
+
+    // The same for values that may be shown in another zone than the one they are stored in. Where the resolver knows
+    // the offset of the stored values the result is a `TimeStampFormatter` for the zone `sDisplayTimeZone` (for
+    // CreateFormatterTZ, where that is empty, the definition's); otherwise zones play no part, and the first "TZ" of a
+    // pattern is dropped.
+    static WebValueFormatterHandle ParseCustomFormatTZ(const String& sPattern, const Locale& tLocale,
+                                                       const KTWUILanguage& tLanguage,
+                                                       const TimeZoneResolver& tResolver,
+                                                       const String& sDisplayTimeZone, OutputType eOutput);
     static WebValueFormatterHandle CreateDefaultDateFormatterTZ(WebDateFormatDefinition::Type eType,
                                                                 const Locale& tLocale,
                                                                 const TimeZoneResolver& tResolver,
                                                                 const String& sDisplayTimeZone,
                                                                 const KTWUILanguage& tLanguage, OutputType eOutput);
-    static WebValueFormatterHandle ParseCustomFormat(const String& sPattern, const Locale& tLocale,
-                                                     const KTWUILanguage& tLanguage, OutputType eOutput);
-    static WebValueFormatterHandle ParseCustomFormatTZ(const String& sPattern, const Locale& tLocale,
-                                                       const KTWUILanguage& tLanguage,
-                                                       const TimeZoneResolver& tResolver,
-                                                       const String& sDisplayTimeZone, OutputType eOutput);
+    static WebValueFormatterHandle CreateFormatterTZ(const WebValueFormatDefinitionHandle& hDefinition,
+                                                     const Locale& tLocale, const TimeZoneResolver& tResolver,
+                                                     const String& sDisplayTimeZone, const KTWUILanguage& tLanguage,
+                                                     OutputType eOutput);
+
+protected:
+    WebDateFormatter();
 };
 
 }  // namespace tov
