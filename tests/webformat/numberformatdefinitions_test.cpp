@@ -17,7 +17,13 @@ using Number = WebNumberFormatDefinition;
 using Percent = WebPercentFormatDefinition;
 using Currency = WebCurrencyFormatDefinition;
 using Conditional = WebConditionalCurrencyFormatDefinition;
-using enum WebNumberFormatDefinitionBase::NegativeFormat;
+
+constexpr Base::NegativeFormat kMinus = Base::kMinus;
+constexpr Base::NegativeFormat kRed = Base::kRed;
+constexpr Base::NegativeFormat kParens = Base::kParens;
+constexpr Base::NegativeFormat kRedParens = Base::kRedParens;
+constexpr Base::NegativeFormat kRedMinus = Base::kRedMinus;
+constexpr Base::NegativeFormat kNegativeFormatEnd_ = Base::kNegativeFormatEnd_;
 
 struct ReadRow
 {

@@ -5,6 +5,7 @@
 #include <atomic>
 #include <random>
 #include <thread>
+#include <typeinfo>
 #include <vector>
 
 #include "definitiontesting.h"
@@ -77,7 +78,8 @@ TEST(ValueFormatDefinition, HasTheConstantsOfExcelStyles)
 template <class Class>
 bool isExactly(const Definition& hDefinition)
 {
-    return !hDefinition.isNull() && typeid(*hDefinition) == typeid(Class);
+    const WebValueFormatDefinition* const pDefinition = hDefinition.getPointer();
+    return pDefinition && typeid(*pDefinition) == typeid(Class);
 }
 
 struct ReadRow
@@ -252,7 +254,9 @@ TEST(ValueFormatDefinition, ClonesAreEqualAndStandAlone)
         const Definition hClone = hDefinition->clone();
         EXPECT_NE(hClone.getPointer(), hDefinition.getPointer());
         EXPECT_EQ(hClone->referenceCount(), 1u);
-        EXPECT_EQ(typeid(*hClone), typeid(*hDefinition));
+        const WebValueFormatDefinition& tClone = *hClone;
+        const WebValueFormatDefinition& tDefinition = *hDefinition;
+        EXPECT_EQ(typeid(tClone), typeid(tDefinition));
         EXPECT_EQ(settingsOf(hClone), settingsOf(hDefinition));
     }
 }
