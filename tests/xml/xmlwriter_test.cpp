@@ -38,8 +38,7 @@ TEST(XmlWriter, WritesWhatItReads)
         "<a xml:lang=\"de\" xml:id=\"x\"><b xml:id=\"x\"/></a>",
         "<a b=\"&lt;&amp;&quot;'&gt;\">&lt;&amp;\"'&gt;</a>",
         "<a b=\"&#10;&#13;&#9;\">&#13;\n\t</a>",
-        "<\xCB\xA9"
-        "a \xE0\xBF\xBF.1-=\"\"/>",  // names of the fifth edition
+        "<\xCB\xA9 \xE0\xBF\xBF.1-=\"\"/>",  // names of the fifth edition
         "<a b=\"\xC3\xA9\xF0\x9F\x98\x80\">\xE2\x82\xAC</a>",
     };
     for (const char* pXml : kDocuments)
