@@ -52,6 +52,8 @@ public:
     // As `kUnknown`.
     constexpr TimeZone() noexcept = default;
 
+    constexpr bool isUnknown() const { return !m_pRecord && !m_bServer; }
+
     // The identifier as the zone data list it ("America/New_York", "US/Pacific"), "GMT+05:30" of a fixed offset,
     // "UTC", or `kIDUnknown`. The reference stays good.
     const String& getId() const;
