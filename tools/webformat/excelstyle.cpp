@@ -67,6 +67,20 @@ wchar_t entityCharacter(std::wstring_view sName)
     return nValue <= 0x10FFFF ? static_cast<wchar_t>(nValue) : 0;
 }
 
+// The library's styles escape an apostrophe and a backslash of the pattern by a backslash. One at the end stands for
+// itself.
+String withoutStyleEscapes(std::wstring_view sText)
+{
+    String sResult;
+    for (std::size_t nAt = 0; nAt < sText.size(); ++nAt)
+    {
+        if (sText[nAt] == L'\\' && nAt + 1 < sText.size())
+            ++nAt;
+        sResult += sText[nAt];
+    }
+    return sResult;
+}
+
 }  // namespace
 
 String withoutEntities(std::wstring_view sText)
@@ -97,7 +111,7 @@ std::string excelDeclaration(std::wstring_view sMsoStyle)
         return sName + toUtf8(sValue);
     if (sValue.size() < 2 || sValue.front() != L'\'' || sValue.back() != L'\'')
         return std::string();
-    return sName + cssString(withoutEntities(sValue.substr(1, sValue.size() - 2)));
+    return sName + cssString(withoutStyleEscapes(withoutEntities(sValue.substr(1, sValue.size() - 2))));
 }
 
 }  // namespace tov

@@ -8,8 +8,8 @@
 namespace tov {
 
 // The declaration of an Excel style for a style sheet: the library's style texts are made for a style attribute, where
-// HTML entities are undone; here they are undone first and the pattern is written as a CSS string that nothing can
-// leave.
+// HTML entities are undone and a backslash escapes; here both are undone first and the pattern is written as a CSS
+// string that nothing can leave.
 //
 // Example: "mso-number-format:'0.0&quot;%&quot;';" -> "mso-number-format:'0\.0\"\%\"'"
 //
