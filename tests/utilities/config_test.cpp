@@ -149,12 +149,16 @@ TEST(Config, AnExceptionIsLoggedAndPassedOnAfterTheOthersWereLoaded)
     ConfigReader::setGlobalInstance(nullptr);
 }
 
-// A load that ends one binding and makes another.
+// A load that ends a binding that would have been next, and makes another.
 class Changer
 {
 public:
-    Changer() { m_tConfig.init(*this, &Changer::loadConfig); }
-    std::unique_ptr<Limits> m_pEnds = std::make_unique<Limits>();
+    Changer()
+    {
+        m_tConfig.init(*this, &Changer::loadConfig);
+        m_pEnds = std::make_unique<Limits>();
+    }
+    std::unique_ptr<Limits> m_pEnds;
     std::unique_ptr<Limits> m_pMade;
 
 private:
