@@ -47,7 +47,7 @@ PRODUCTS = [
     ('27" monitor <IPS & HDR>', 329.0, "frame"),
     ("Crème brûlée set", 24.95, "disc"),
     ("Größenverstellbarer Stuhl", 189.0, "steps"),
-    ("急須 (常滑焼)", 48.0, "disc"),
+    ("𠮷野の急須 (常滑焼)", 48.0, "disc"),
     ("青花瓷茶杯", 12.8, "ring"),
     ("한지 공책", 7.25, "frame"),
     ("Самовар «Тула»", 412.0, "diamond"),
@@ -56,7 +56,7 @@ PRODUCTS = [
     ("سجادة يدوية", 640.0, "checks"),
     ("हस्तनिर्मित थाली", 31.4, "ring"),
     ("เก้าอี้หวาย", 88.0, "steps"),
-    ("Ukulele 🎸 \"Aloha\"", 65.0, "stripes"),
+    ("Ukulele \"Aloha\"", 65.0, "stripes"),
     ("Tom & Jerry's <best> mugs", 15.49, "stripes"),
     ("Łóżko składane", 215.0, "frame"),
 ]

@@ -22,15 +22,19 @@ namespace {
 struct RequestKind
 {
     std::string_view sName;
-    void (*pAnswer)(const BatchRequest&, JsonObject&);
+    void (*pAnswer)(const BatchRequest&, JsonObject&);  // null: not available
 };
 
-constexpr std::array<RequestKind, 6> kaKinds = {{{"format", &answerFormat},
-                                                 {"definition", &answerDefinition},
-                                                 {"compare", &answerCompare},
-                                                 {"section", &answerSection},
-                                                 {"encode", &answerEncode},
-                                                 {"explain", &answerExplain}}};
+constexpr std::array<RequestKind, 10> kaKinds = {{{"format", &answerFormat},
+                                                  {"definition", &answerDefinition},
+                                                  {"compare", &answerCompare},
+                                                  {"section", &answerSection},
+                                                  {"encode", &answerEncode},
+                                                  {"explain", &answerExplain},
+                                                  {"convert", nullptr},
+                                                  {"removeHtml", nullptr},
+                                                  {"bracketTags", nullptr},
+                                                  {"offset", nullptr}}};
 
 [[noreturn]] void failKey(const char* pKey, const JsonValue& tFound, const char* pExpected)
 {
@@ -43,6 +47,8 @@ const RequestKind& kindOf(const BatchRequest& tRequest)
     std::string sNames;
     for (const RequestKind& tKind : kaKinds)
     {
+        if (tKind.sName == sName && !tKind.pAnswer)
+            throw InputError("the request " + quotedForMessage(sName) + " is not available");
         if (tKind.sName == sName)
             return tKind;
         sNames += (sNames.empty() ? "" : ", ") + std::string(tKind.sName);

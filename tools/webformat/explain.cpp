@@ -28,7 +28,7 @@ String padded(const String& sText, std::size_t nWidth)
 
 void writeLines(const std::vector<ExplanationLine>& vLines)
 {
-    constexpr std::size_t knWidestColumn = 60;
+    constexpr std::size_t knWidestColumn = 80;
     std::size_t nPattern = 0;
     std::size_t nWords = 0;
     for (const ExplanationLine& tLine : vLines)
@@ -46,7 +46,8 @@ void writeLines(const std::vector<ExplanationLine>& vLines)
 void runExplain(const ExplainOptions& tOptions)
 {
     const String sPattern = wideArgument(tOptions.sPattern, "PATTERN");
-    const Locale tLocale = localeFromTag(wideArgument(tOptions.sLocale, "--locale"));
+    const Locale tLocale =
+        ofArgument("--locale", [&] { return localeFromTag(wideArgument(tOptions.sLocale, "--locale")); });
     const KTWUILanguage tLanguage(wideArgument(tOptions.sLanguage, "--language"));
     writeLines(explainNumericPattern(sPattern, tLocale, tLanguage));
 }

@@ -2,7 +2,6 @@
 
 #include <array>
 
-#include "inputerror.h"
 #include "intl/localetaglookup.h"
 #include "webbedrock/utf8.h"
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "corefacade/sqldatatype.h"
+#include "inputerror.h"
 #include "intl/locale.h"
 #include "webbedrock/string.h"
 #include "webformat/outputtypes.h"
@@ -28,6 +29,21 @@ SQLDataType typeFromNames(std::string_view sType, std::string_view sStorage);
 const char* storageName(SQLDataType::StorageType eStorage);
 
 Locale localeFromTag(const String& sTag);
+
+// Runs a look-up of names that came as arguments: what it says about an unknown one is thrown as UsageError with the
+// option's name in front.
+template <class LookUp>
+auto ofArgument(const char* pOption, const LookUp& tLookUp)
+{
+    try
+    {
+        return tLookUp();
+    }
+    catch (const InputError& tError)
+    {
+        throw UsageError(std::string(pOption) + ": " + tError.what());
+    }
+}
 
 // The characters of an argument; `pWhat` says which one in the message about bytes that are not UTF-8.
 String wideArgument(std::string_view sUtf8, const char* pWhat);

@@ -30,16 +30,14 @@ body {
   color: var(--ink); background: var(--paper);
   font: 0.875rem/1.4 system-ui, -apple-system, "Segoe UI", Roboto, "Noto Sans", sans-serif;
 }
-header, footer { flex: none; padding: 0.75rem 1rem; }
+header, footer { flex: none; padding: 0.75rem; }
 header h1 { margin: 0; font-size: 1.25rem; font-weight: 600; line-height: 1.25; overflow-wrap: anywhere; }
 footer { padding-block: 0.5rem; color: var(--soft); border-top: 1px solid var(--line); }
 footer p { margin: 0; }
 main { flex: 1; min-height: 0; overflow: auto; overscroll-behavior: contain; border-top: 1px solid var(--line); }
 main:focus-visible { outline: 2px solid Highlight; outline-offset: -2px; }
-table { border-collapse: separate; border-spacing: 0; min-width: 100%; }
+table { border-collapse: separate; border-spacing: 0; width: max-content; min-width: 100%; }
 th, td { padding: 0.375rem 0.75rem; text-align: start; vertical-align: top; border-bottom: 1px solid var(--line); }
-th:first-child, td:first-child { padding-inline-start: 1rem; }
-th:last-child, td:last-child { padding-inline-end: 1rem; }
 th {
   position: sticky; top: 0; z-index: 1; vertical-align: bottom; white-space: nowrap;
   font-weight: 600; color: var(--soft); background: var(--head);
@@ -47,9 +45,11 @@ th {
 td { white-space: nowrap; }
 tbody tr:hover td { background: var(--hover); }
 .number { text-align: right; font-variant-numeric: tabular-nums; }
-td.text { white-space: pre-line; min-width: 9rem; max-width: 24rem; overflow-wrap: anywhere; unicode-bidi: plaintext; }
-td.text, th.text { text-align: match-parent; }
-td.data { max-width: 24rem; overflow-wrap: anywhere; white-space: normal; }
+td.number { direction: ltr; unicode-bidi: isolate; }
+td.text { white-space: pre-line; min-width: 8rem; max-width: 18rem; overflow-wrap: break-word; unicode-bidi: plaintext; }
+td.text, th.text { text-align: left; }
+[dir="rtl"] td.text, [dir="rtl"] th.text { text-align: right; }
+td.data { max-width: 18rem; overflow-wrap: anywhere; white-space: normal; }
 td img { display: block; max-width: 12rem; max-height: 6rem; width: auto; height: auto; }
 td font[style*="red"] { color: var(--red) !important; }
 @media print {

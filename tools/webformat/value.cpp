@@ -28,15 +28,17 @@ struct ValueOptions
 
 SQLDataType typeOf(const ValueOptions& tOptions)
 {
-    const SQLDataType tType = typeFromNames(tOptions.sType, tOptions.sStorage);
+    const SQLDataType tType = ofArgument("--type", [&] { return typeFromNames(tOptions.sType, tOptions.sStorage); });
     return tOptions.sStorage.empty() ? columnType(tType) : tType;
 }
 
 WebValueFormatterHandle makeFormatter(const ValueOptions& tOptions, const SQLDataType& tType)
 {
-    const Locale tLocale = localeFromTag(wideArgument(tOptions.sLocale, "--locale"));
+    const Locale tLocale =
+        ofArgument("--locale", [&] { return localeFromTag(wideArgument(tOptions.sLocale, "--locale")); });
     const KTWUILanguage tLanguage(wideArgument(tOptions.sLanguage, "--language"));
-    const ValueFormatterTypes::OutputType eOutput = outputFromName(tOptions.sOutput);
+    const ValueFormatterTypes::OutputType eOutput =
+        ofArgument("--output", [&] { return outputFromName(tOptions.sOutput); });
     if (tOptions.pPattern->count() != 0)
         return WebValueFormatter::GetCustomFormatter(tType, wideArgument(tOptions.sPattern, "--pattern"), tLocale,
                                                      eOutput, tLanguage);

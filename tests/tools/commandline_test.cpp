@@ -1,0 +1,165 @@
+#include "tools/webformat/commandline.h"
+
+#include <gtest/gtest.h>
+
+#include "tools/support/command.h"
+
+namespace tov {
+
+namespace {
+
+using Arguments = std::vector<std::string>;
+
+}  // namespace
+
+TEST(CommandLine, TakesNegativeValuesForValues)
+{
+    const std::pair<Arguments, Arguments> aRows[] = {
+        {{}, {}},
+        {{"value", "--type", "double", "-5", "7"}, {"value", "--type", "double", "--", "-5", "7"}},
+        {{"value", "-5", "--type", "double", "7"}, {"value", "--type", "double", "--", "-5", "7"}},
+        {{"value", "--pattern", "-0", "-INF", "-.5"}, {"value", "--pattern", "-0", "--", "-INF", "-.5"}},
+        {{"value", "--pattern=-0", "-5"}, {"value", "--pattern=-0", "--", "-5"}},
+        {{"value", "--", "--help", "-5"}, {"value", "--", "--help", "-5"}},
+        {{"value", "--help"}, {"value", "--help"}},
+        {{"report", "a.xml", "-ob.html", "--data", "c"}, {"report", "-ob.html", "--data", "c", "--", "a.xml"}},
+        {{"--config", "c.xml", "list", "types"}, {"--config", "c.xml", "list", "--", "types"}},
+        {{"explain", "--kind", "numeric", "-#"}, {"explain", "--kind", "numeric", "--", "-#"}},
+        {{"value", "-x", "1"}, {"value", "-x", "1"}},
+    };
+    for (const auto& [vGiven, vExpected] : aRows)
+        EXPECT_EQ(withSeparatedValues(vGiven), vExpected) << ::testing::PrintToString(vGiven);
+}
+
+TEST(CommandLine, TellsDoneFromWrongInputAndWrongUsage)
+{
+    struct Row
+    {
+        int nLine;
+        Arguments vArguments;
+        int nStatus;
+        std::string sOutput;   // its start
+        std::string sMessage;  // a part of it
+    };
+    const Row aRows[] = {
+        {__LINE__, {"--version"}, 0, "webformat 1.", ""},
+        {__LINE__, {"--help"}, 0, "Shows values", ""},
+        {__LINE__, {"report", "--help"}, 0, "Renders a table", ""},
+        {__LINE__, {"value", "--help"}, 0, "Formats values", ""},
+        {__LINE__, {"explain", "--help"}, 0, "Says what", ""},
+        {__LINE__, {"batch", "--help"}, 0, "Answers requests", ""},
+        {__LINE__, {"list", "--help"}, 0, "Prints the names", ""},
+        {__LINE__, {}, 2, "", "A subcommand is required"},
+        {__LINE__, {"nonsense"}, 2, "", "subcommand"},
+        {__LINE__, {"list"}, 2, "", "KIND is required"},
+        {__LINE__, {"list", "nonsense"}, 2, "", "nonsense not in {types,locales,"},
+        {__LINE__, {"list", "outputs"}, 0, "text\nhtml\nxml\njavascript\npdf\nsql\nsqlliteral\nxlsx\n", ""},
+        {__LINE__, {"list", "types"}, 0, "invalid\nunknown\nbit\ntinyint\nsmallint\ninteger\nunsignedinteger\n", ""},
+        {__LINE__, {"value", "--type", "double"}, 2, "", "VALUE is required"},
+        {__LINE__, {"value", "--type", "nope", "1"}, 2, "", "--type: found the type \"nope\", expected one of"},
+        {__LINE__,
+         {"value", "--type", "double", "--storage", "x", "1"},
+         2,
+         "",
+         "found the storage \"x\", expected one of double"},
+        {__LINE__, {"value", "--type", "double", "--locale", "xx", "1"}, 2, "", "found the locale \"xx\""},
+        {__LINE__, {"value", "--type", "double", "--output", "htm", "1"}, 2, "", "found the output \"htm\""},
+        {__LINE__, {"value", "--type", "double", "--pattern", "0", "--definition", "<a/>", "1"}, 2, "", "excludes"},
+        {__LINE__, {"value", "--type", "double", "-5", "-.5", "7", "-INF"}, 0, "-5.00\n-0.50\n7.00\n-INF\n", ""},
+        {__LINE__,
+         {"value", "--type", "double", "1", "2x"},
+         1,
+         "",
+         "value 2: found \"2x\", expected a number, NaN, INF or -INF"},
+        {__LINE__,
+         {"value", "--type", "bigint", "--pattern", "#,##0", "-9223372036854775809"},
+         0,
+         "-9,223,372,036,854,775,809\n",
+         ""},
+        {__LINE__,
+         {"value", "--type", "double", "--pattern", "#,##0.00;[red](#,##0.00)", "1234.5", "-1234.5"},
+         0,
+         "1,234.50\n(1,234.50)\n",
+         ""},
+        {__LINE__,
+         {"value", "--type", "double", "--locale", "de-DE", "--pattern", "#,##0.00", "1234.5"},
+         0,
+         "1.234,50\n",
+         ""},
+        {__LINE__,
+         {"value", "--type", "double", "--output", "html", "--pattern", "0;[red]0", "-5"},
+         0,
+         "<font style=\"color:red\">5</font>\n",
+         ""},
+        {__LINE__,
+         {"value", "--type", "integer", "--storage", "int64", "--pattern", "0", "9223372036854775807"},
+         0,
+         "9223372036854775807\n",
+         ""},
+        {__LINE__, {"value", "--type", "varbinary", "AP8="}, 0, "00FF\n", ""},
+        {__LINE__,
+         {"value", "--type", "double", "--definition", "<tov:dataFormat xsi:type='tov:number' negativeType='paren'/>",
+          "-5"},
+         0,
+         "(5.00)\n",
+         ""},
+        {__LINE__,
+         {"value", "--type", "double", "--definition", "<tov:dataFormat xsi:type='tov:nope'/>", "5"},
+         1,
+         "",
+         "--definition:1:27: type: found \"tov:nope\", expected \"none\", \"custom\","},
+        {__LINE__, {"value", "--type", "double", "--definition", "<tov:dataFormat", "5"}, 1, "", "--definition:1:"},
+        {__LINE__,
+         {"value", "--type", "double", "--definition", "<tov:column/>", "5"},
+         1,
+         "",
+         "--definition:1:1: found the element \"column\", expected \"tov:dataFormat\""},
+        {__LINE__,
+         {"value", "--type", "double", "--pattern", "\xFF", "5"},
+         1,
+         "",
+         "bytes that are not UTF-8 in --pattern"},
+        {__LINE__, {"--config", "/nonexistent.xml", "value", "--type", "double", "5"}, 1, "", "/nonexistent.xml: "},
+        {__LINE__, {"value", "--type", "double", "5", "--config", "/nonexistent.xml"}, 1, "", "/nonexistent.xml: "},
+        {__LINE__, {"batch", "--threads", "0"}, 2, "", "--threads"},
+        {__LINE__,
+         {"report", "r.xml", "--data", "d.csv", "--output", "nonsense"},
+         2,
+         "",
+         "nonsense not in {html,text,csv"},
+    };
+    for (const Row& tRow : aRows)
+    {
+        const CommandResult tResult = runCommand(tRow.vArguments);
+        EXPECT_EQ(tResult.nStatus, tRow.nStatus) << "row at line " << tRow.nLine;
+        EXPECT_EQ(tResult.sOutput.substr(0, tRow.sOutput.size()), tRow.sOutput) << "row at line " << tRow.nLine;
+        EXPECT_EQ(tRow.sOutput.empty(), tResult.sOutput.empty()) << "row at line " << tRow.nLine;
+        EXPECT_NE(tResult.sErrors.find(tRow.sMessage), std::string::npos)
+            << "row at line " << tRow.nLine << ": " << tResult.sErrors;
+        EXPECT_EQ(tRow.nStatus == 0, tResult.sErrors.empty()) << "row at line " << tRow.nLine << tResult.sErrors;
+    }
+}
+
+TEST(CommandLine, ListsLocalesThatValuesTake)
+{
+    const CommandResult tResult = runCommand({"list", "locales"});
+    EXPECT_EQ(tResult.nStatus, 0);
+    for (const char* pTag : {"\nen-US\n", "\nde-DE\n", "\nja-JP\n", "\nhe-IL\n"})
+        EXPECT_NE(tResult.sOutput.find(pTag), std::string::npos) << pTag;
+}
+
+TEST(CommandLine, ReadsTheHostConfiguration)
+{
+    const TemporaryFolder tFolder;
+    const std::string sConfig = tFolder.write(
+        "config.xml", "<Config><Formatters><NumericFormatter maxSignificantDigits=\"3\"/></Formatters></Config>");
+    EXPECT_EQ(runCommand({"value", "--type", "double", "--pattern", "0.####", "1.23456"}).sOutput, "1.2346\n");
+    EXPECT_EQ(runCommand({"value", "--type", "double", "--pattern", "0.####", "1.23456", "--config", sConfig}).sOutput,
+              "1.23\n");
+    const std::string sBroken = tFolder.write("broken.xml", "<Config>\n  <a></b></Config>");
+    const CommandResult tResult = runCommand({"--config", sBroken, "value", "--type", "double", "1"});
+    EXPECT_EQ(tResult.nStatus, 1);
+    EXPECT_NE(tResult.sErrors.find(sBroken + ":2:"), std::string::npos) << tResult.sErrors;
+}
+
+}  // namespace tov

@@ -1,0 +1,391 @@
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+#include <sys/stat.h>
+
+#include "tools/support/command.h"
+
+namespace tov {
+
+namespace {
+
+constexpr const char* kpStart =
+    "<tov:report xmlns:tov=\"urn:tov:schemas:report:v1\" xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\"";
+
+std::string reportXml(const std::string& sColumns, const std::string& sAttributes = std::string())
+{
+    return std::string(kpStart) + sAttributes + ">\n" + sColumns + "\n</tov:report>\n";
+}
+
+// Runs a report over the data and gives what it printed.
+CommandResult render(const TemporaryFolder& tFolder, const std::string& sReport, const std::string& sData,
+                     const std::string& sOutput)
+{
+    return runCommand(
+        {"report", tFolder.write("r.xml", sReport), "--data", tFolder.write("d.csv", sData), "--output", sOutput});
+}
+
+void makeDatabase(const std::string& sPath, const char* pSql)
+{
+    sqlite3* pDatabase = nullptr;
+    ASSERT_EQ(sqlite3_open(sPath.c_str(), &pDatabase), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(pDatabase, pSql, nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(pDatabase);
+    sqlite3_close(pDatabase);
+}
+
+constexpr const char* kpPng =
+    "iVBORw0KGgoAAAANSUhEUgAAABAAAAAICAMAAAA8BVCCAAAAA1BMVEX///+nxBvIAAAADElEQVR4nGNgGMwAAACIAAFyPPh9AAAAAElFTkSuQmCC";
+
+}  // namespace
+
+TEST(Report, RendersTextWithAlignedColumns)
+{
+    const TemporaryFolder tFolder;
+    const std::string sReport = reportXml(
+        "<tov:column name=\"n\" heading=\"Name\" type=\"varchar\"/>"
+        "<tov:column name=\"a\" heading=\"Amount\" type=\"double\">"
+        "<tov:dataFormat xsi:type=\"tov:number\" commas=\"true\" negativeType=\"paren\"/></tov:column>"
+        "<tov:column name=\"p\" heading=\"Picture\" type=\"varbinary\"/>",
+        " title=\"Sums\"");
+    const std::string sData = std::string("a,n,p\n1234.5,日本,\n-7,\"x\ny\",") + kpPng + "\n,\"a \x1b[31mb\",AP8=\n";
+    const CommandResult tResult = render(tFolder, sReport, sData, "text");
+    EXPECT_EQ(tResult.sErrors, "");
+    EXPECT_EQ(tResult.sOutput,
+              "Sums\n\n"
+              "Name        Amount  Picture\n"
+              "--------  --------  ------------\n"
+              "日本      1,234.50  \n"
+              "x y         (7.00)  [image 16x8]\n"
+              "a  [31mb            00FF\n"
+              "\n3 rows\n");
+}
+
+TEST(Report, WritesCsvThatReadsBackAsTheData)
+{
+    const TemporaryFolder tFolder;
+    const std::string sReport = reportXml(
+        "<tov:column name=\"t\" heading=\"Text\" type=\"varchar\"/><tov:column name=\"d\" type=\"double\">"
+        "<tov:dataFormat xsi:type=\"tov:percent\"/></tov:column><tov:column name=\"n\" type=\"numeric\"/>"
+        "<tov:column name=\"b\" type=\"bigint\"/><tov:column name=\"w\" type=\"date\"/>"
+        "<tov:column name=\"p\" type=\"varbinary\"/>",
+        " locale=\"de-DE\"");
+    const std::string sData = std::string(
+                                  "t,d,n,b,w,p\r\n"
+                                  "\"a,\"\"b\"\"\",1234.5,0.1234567890123456789012345678901234567,"
+                                  "9223372036854775807,2024-03-05,") +
+                              kpPng + "\r\n=1+1,,,,,\r\n";
+    EXPECT_EQ(render(tFolder, sReport, sData, "csv").sOutput,
+              "t,d,n,b,w,p\r\n"
+              "\"a,\"\"b\"\"\",1234.5,0.1234567890123456789012345678901234567,9223372036854775807,2024-03-05,"
+              "[image 16x8]\r\n'=1+1,,,,,\r\n");
+    const CommandResult tKept = runCommand({"report", tFolder.path("r.xml"), "--data", tFolder.path("d.csv"),
+                                            "--output", "csv", "--csv-formulas", "keep"});
+    EXPECT_NE(tKept.sOutput.find("\r\n=1+1,"), std::string::npos);
+}
+
+TEST(Report, WritesAPageThatNoTextCanBreak)
+{
+    const TemporaryFolder tFolder;
+    const std::string sReport = reportXml(
+        "<tov:column name=\"t\" heading=\"&lt;b&gt;&amp;\" type=\"varchar\"/><tov:column name=\"d\" type=\"double\">"
+        "<tov:dataFormat xsi:type=\"tov:custom\" "
+        "customFormat=\"0&quot;';}&lt;/style&gt;&lt;i&gt;&quot;\"/></tov:column>"
+        "<tov:column name=\"d\" type=\"double\">"
+        "<tov:dataFormat xsi:type=\"tov:number\" negativeType=\"redParen\" commas=\"true\"/></tov:column>"
+        "<tov:column name=\"p\" type=\"varbinary\"/>",
+        " title=\"&lt;/title&gt;&quot;\" locale=\"he-IL\"");
+    const CommandResult tResult =
+        render(tFolder, sReport, std::string("t,d,p\n<script>&amp;,-5,") + kpPng + "\n", "html");
+    EXPECT_EQ(tResult.sErrors, "");
+    // What a pattern quotes is the author's own markup and stands in the cells as it is; the style sheet holds it as
+    // text.
+    EXPECT_NE(tResult.sOutput.find(R"(td.c2 { mso-number-format:'0\"\'\;\}\<\/style\>\<i\>\"'; })"), std::string::npos);
+    EXPECT_NE(tResult.sOutput.find("<html lang=\"he-IL\" dir=\"rtl\">"), std::string::npos);
+    EXPECT_NE(tResult.sOutput.find("<title>&lt;/title&gt;&quot;</title>"), std::string::npos);
+    EXPECT_NE(tResult.sOutput.find("<th scope=\"col\" class=\"text\">&lt;b&gt;&amp;</th>"), std::string::npos);
+    EXPECT_NE(tResult.sOutput.find("<td class=\"text\">&lt;script&gt;&amp;amp;</td>"), std::string::npos);
+    EXPECT_NE(tResult.sOutput.find("<td class=\"number c3\"><font style=\"color:red\">(5.00)</font></td>"),
+              std::string::npos);
+    EXPECT_NE(tResult.sOutput.find(std::string("<img width=16 height=8 src=\"data:image/png;base64,") + kpPng + "\">"),
+              std::string::npos);
+    EXPECT_EQ(tResult.sOutput.find("dir=\"rtl\"", tResult.sOutput.find("<body")), std::string::npos);
+}
+
+TEST(Report, RendersTheSampleTheSameFromCsvAndFromTheDatabase)
+{
+    const TemporaryFolder tFolder;
+    for (const char* pOutput : {"html", "text", "csv"})
+    {
+        for (const char* pData : {"examples/sales.csv", "examples/sales.db", "examples/sales.db:sales"})
+        {
+            const std::string sFile = tFolder.path(std::string(pOutput) + (pData == std::string("examples/sales.csv")));
+            const CommandResult tResult = runCommand({"report", sourcePath("examples/sales-report.xml"), "--data",
+                                                      sourcePath(pData), "--output", pOutput, "-o", sFile});
+            ASSERT_EQ(tResult.nStatus, 0) << tResult.sErrors;
+        }
+        EXPECT_TRUE(readFile(tFolder.path(std::string(pOutput) + "1")) ==
+                    readFile(tFolder.path(std::string(pOutput) + "0")))
+            << pOutput;
+    }
+    const CommandResult tCheck =
+        runProgram("python3", {sourcePath("tests/tools/check_html.py"), tFolder.path("html1")});
+    EXPECT_EQ(tCheck.nStatus, 0) << tCheck.sOutput.substr(0, 2000);
+    EXPECT_NE(tCheck.sOutput.find("\n9007199254740000\t"), std::string::npos);
+    EXPECT_NE(readFile(tFolder.path("html1")).find("<p dir=\"ltr\">3,000 rows</p>"), std::string::npos);
+}
+
+TEST(Report, TakesTheValuesOfADatabaseByTheirColumnsTypes)
+{
+    const TemporaryFolder tFolder;
+    makeDatabase(tFolder.path("d.db"),
+                 "CREATE TABLE \"odd \"\"name\" (a, b); INSERT INTO \"odd \"\"name\" VALUES (5, x'00ff'), (2.0, NULL), "
+                 "('7', 'AP8='); CREATE TABLE other (a); INSERT INTO other VALUES (2.5)");
+    const auto run = [&](const std::string& sTable, const std::string& sColumns)
+    {
+        return runCommand({"report", tFolder.write("r.xml", reportXml(sColumns)), "--data",
+                           tFolder.path("d.db") + sTable, "--output", "csv"});
+    };
+    const std::string sBinary = "<tov:column name=\"b\" type=\"binary\"/>";
+    EXPECT_EQ(run(":odd \"name", "<tov:column name=\"a\" type=\"integer\"/>" + sBinary).sOutput,
+              "a,b\r\n5,00FF\r\n2,\r\n7,00FF\r\n");
+    EXPECT_EQ(run(":odd \"name", "<tov:column name=\"a\" type=\"varchar\"/>").sOutput, "a\r\n5\r\n2\r\n7\r\n");
+    EXPECT_EQ(run(":odd \"name", "<tov:column name=\"a\" type=\"numeric\"/>").sOutput, "a\r\n5\r\n2\r\n7\r\n");
+    EXPECT_EQ(run(":other", "<tov:column name=\"a\" type=\"double\"/>").sOutput, "a\r\n2.5\r\n");
+    const std::pair<CommandResult, std::string> aWrong[] = {
+        {run(":other", "<tov:column name=\"a\" type=\"integer\"/>"),
+         "d.db: table \"other\", row 1: column \"a\": found \"2.5\", expected a whole number"},
+        {run(":odd \"name", "<tov:column name=\"b\" type=\"varchar\"/>"),
+         "row 1: column \"b\": found 2 bytes, expected text"},
+        {run(":other", "<tov:column name=\"a\" type=\"date\"/>"), "found the real 2.5, expected a date such as"},
+        {run("", "<tov:column name=\"a\" type=\"double\"/>"),
+         "d.db: found the tables \"odd \"name\", \"other\", expected one of them behind a colon"},
+        {run(":nope", "<tov:column name=\"a\" type=\"double\"/>"), "d.db: found no table \"nope\", expected one of"},
+        {run(":x\"; DROP TABLE other; --", "<tov:column name=\"a\" type=\"double\"/>"), "found no table"},
+    };
+    for (const auto& [tResult, sMessage] : aWrong)
+    {
+        EXPECT_EQ(tResult.nStatus, 1);
+        EXPECT_NE(tResult.sErrors.find(sMessage), std::string::npos) << tResult.sErrors << "for " << sMessage;
+    }
+    const std::string sCut = readFile(sourcePath("examples/sales.db")).substr(0, 20000);
+    const CommandResult tDamaged =
+        runCommand({"report", tFolder.write("r.xml", reportXml("<tov:column name=\"product\" type=\"varchar\"/>")),
+                    "--data", tFolder.write("cut.db", sCut), "--output", "csv", "-o", tFolder.path("out.csv")});
+    EXPECT_EQ(tDamaged.nStatus, 1);
+    EXPECT_NE(tDamaged.sErrors.find("cut.db: "), std::string::npos) << tDamaged.sErrors;
+    EXPECT_EQ(tFolder.names(), "cut.db d.db r.xml");
+}
+
+TEST(Report, SaysWhatIsWrongWithAReportFileAndWhere)
+{
+    struct Row
+    {
+        int nLine;
+        std::string sXml;
+        std::string sMessage;  // behind the file's name
+    };
+    const auto format = [](const std::string& sAttributes) {
+        return reportXml("<tov:column name=\"a\" type=\"double\">\n<tov:dataFormat " + sAttributes + "/></tov:column>");
+    };
+    const Row aRows[] = {
+        {__LINE__, "", ":1:1: "},
+        {__LINE__, "<tov:report", ":1:"},
+        {__LINE__, "<report/>",
+         ":1:1: found the element \"report\", expected the element \"tov:report\" of the report namespace"},
+        {__LINE__, "<!DOCTYPE a [<!ENTITY b \"c\">]><a>&b;</a>", ":1:"},
+        {__LINE__, reportXml(""), ":1:1: found no columns, expected elements \"tov:column\""},
+        {__LINE__, reportXml("<tov:column name='a' type='double'/>", "\n locale=\"xx-YY\""),
+         ":2:10: locale: found \"xx-YY\", expected a known locale such as \"en-US\""},
+        {__LINE__, reportXml("<tov:column name='a' type='double'/>", "\n colour=\"red\""),
+         ":2:10: found the attribute \"colour\", expected \"locale\", \"language\" or \"title\""},
+        {__LINE__, reportXml("<tov:row/>"), ":2:1: found the element \"row\", expected the element \"tov:column\""},
+        {__LINE__, reportXml("x<tov:column name='a' type='double'/>"),
+         ":1:1: found text in the element \"report\", expected elements only"},
+        {__LINE__, reportXml("<tov:column type='double'/>"),
+         ":2:1: found no attribute \"name\", expected a column to have one"},
+        {__LINE__, reportXml("<tov:column name='a'/>"),
+         ":2:1: found no attribute \"type\", expected a column to have one"},
+        {__LINE__, reportXml("<tov:column name='a' type='real number'/>"),
+         ":2:28: type: found \"real number\", expected \"bit\", \"tinyint\","},
+        {__LINE__, reportXml("<tov:column name='a' type='unknown'/>"),
+         ":2:28: type: found \"unknown\", expected \"bit\""},
+        {__LINE__, reportXml("<tov:column name='a' type='double' size='1'/>"),
+         ":2:42: found the attribute \"size\", expected \"name\", \"heading\" or \"type\""},
+        {__LINE__, reportXml("<tov:column name='a' type='double'><b/></tov:column>"),
+         ":2:36: found the element \"b\", expected the element \"tov:dataFormat\""},
+        {__LINE__,
+         reportXml("<tov:column name='a' type='double'><tov:dataFormat "
+                   "xsi:type='tov:number'/>\n<tov:dataFormat/></tov:column>"),
+         ":3:1: found a second element, expected one data format"},
+        {__LINE__, format("commas='true'"),
+         ":3:1: found no attribute \"xsi:type\", expected one that names \"none\", \"custom\","},
+        {__LINE__, format("xsi:type='tov:nummer'"),
+         ":3:27: type: found \"tov:nummer\", expected \"none\", \"custom\","},
+        {__LINE__, format("xsi:type='tov:number' negativeType='redParn'"),
+         ":3:53: negativeType: found \"redParn\", expected \"minus\", \"red\", \"paren\", \"redParen\" or "
+         "\"redMinus\""},
+        {__LINE__, format("xsi:type='tov:number' minDigits='two'"),
+         ":3:50: minDigits: found \"two\", expected a whole number from 0 to 4294967295"},
+        {__LINE__, format("xsi:type='tov:number' maxDigits='-1'"),
+         ":3:50: maxDigits: found \"-1\", expected a whole number from 0 to 4294967295"},
+        {__LINE__, format("xsi:type='tov:number' scale='1.5'"),
+         ":3:46: scale: found \"1.5\", expected a whole number from -2147483648"},
+        {__LINE__, format("xsi:type='tov:number' commas='yes'"),
+         ":3:47: commas: found \"yes\", expected true or false"},
+        {__LINE__, format("xsi:type='tov:number' scaleFactor='dozen'"),
+         ":3:52: scaleFactor: found \"dozen\", expected a scale name"},
+        {__LINE__, format("xsi:type='tov:number' scaleFactor='million]0'"), ":3:52: scaleFactor: found \"million]0\""},
+        {__LINE__, format("xsi:type='tov:number' currencyTag='EUR'"),
+         ":3:52: found the attribute \"currencyTag\", expected \"minDigits\","},
+        {__LINE__, format("xsi:type='tov:custom'"), ":3:1: found no pattern, expected the attribute \"customFormat\""},
+        {__LINE__, format("xsi:type='tov:text' textFormat='bold'"),
+         ":3:49: textFormat: found \"bold\", expected \"plain\", \"plainNBSP\", \"html\", \"hyperLinkHTTP\", "
+         "\"hyperLink\", "
+         "\"mailTo\" or \"imageURL\""},
+        {__LINE__, format("xsi:type='tov:date' biFormat='shortDate'"),
+         ":3:47: biFormat: found \"shortDate\", expected \"dateShort\", \"dateLong\","},
+        {__LINE__, format("xsi:type='tov:date'"),
+         ":3:1: found no pattern, expected the attribute \"biFormat\" or \"predefinedFormat\""},
+        {__LINE__, format("xsi:type='tov:whistler'"),
+         ":3:1: found no pattern, expected the attribute \"whistlerFormat\""},
+        {__LINE__, format("xsi:type='tov:conditionalcurrency' currencyTag='EUR'"),
+         ":3:1: found no tag column, expected"},
+        {__LINE__, format("xsi:type='tov:text' textFormat='plain'"),
+         ":3:1: found a data format that does not apply, expected one for values of the type \"double\""},
+        {__LINE__, reportXml("<tov:column name='b' type='double'/>"),
+         ":2:1: found the column \"b\", expected one of the data: \"a\""},
+    };
+    const TemporaryFolder tFolder;
+    const std::string sData = tFolder.write("d.csv", "a\n1\n");
+    for (const Row& tRow : aRows)
+    {
+        const std::string sReport = tFolder.write("r.xml", tRow.sXml);
+        const CommandResult tResult =
+            runCommand({"report", sReport, "--data", sData, "--output", "html", "-o", tFolder.path("out.html")});
+        const std::string sExpected = "webformat: " + sReport + tRow.sMessage;
+        EXPECT_EQ(tResult.nStatus, 1) << "row at line " << tRow.nLine;
+        EXPECT_EQ(tResult.sErrors.substr(0, sExpected.size()), sExpected) << "row at line " << tRow.nLine;
+        EXPECT_EQ(tFolder.names(), "d.csv r.xml") << "row at line " << tRow.nLine;
+    }
+}
+
+TEST(Report, TakesOlderAndOptionalSettingsOfReportFiles)
+{
+    const TemporaryFolder tFolder;
+    for (const char* pAttributes :
+         {"xsi:type='tov:number' negativeType='[red]()'", "xsi:type='tov:number' negativeType='-'",
+          "xsi:type=' tov:number ' commas=' 1 '", "xsi:type='tov:none'", "xsi:type='tov:number' scaleFactor='auto'",
+          "xsi:type='tov:number' scaleFactor='hundred-thousand'", "xsi:type='tov:number' scaleFactor=''",
+          "xsi:type='tov:percent' scale='-3'"})
+    {
+        const CommandResult tResult = render(tFolder,
+                                             reportXml("<tov:column name='a' type='double'><tov:dataFormat " +
+                                                       std::string(pAttributes) + "/></tov:column>"),
+                                             "a\n1\n", "text");
+        EXPECT_EQ(tResult.nStatus, 0) << pAttributes << tResult.sErrors;
+    }
+}
+
+TEST(Report, SaysWhatIsWrongWithTheDataAndWhere)
+{
+    struct Row
+    {
+        int nLine;
+        std::string sType;
+        std::string sData;
+        std::string sMessage;
+    };
+    const Row aRows[] = {
+        {__LINE__, "double", "", ":1:1: found an empty file, expected the names of the columns in the first line"},
+        {__LINE__, "double", "a,b,a\n", ":1:5: found the column name \"a\" a second time, expected different names"},
+        {__LINE__, "double", "x,a\n1,2\n3,4x\n",
+         ":3:3: column \"a\": found \"4x\", expected a number, NaN, INF or -INF"},
+        {__LINE__, "integer", "a\n1\n2147483648\n",
+         ":3:1: column \"a\": found \"2147483648\", expected a whole number from"},
+        {__LINE__, "date", "a\n2024-02-30\n",
+         ":2:1: column \"a\": found \"2024-02-30\", expected a date such as 2024-03-05"},
+        {__LINE__, "time", "a\n25:00:00\n", ":2:1: column \"a\": found \"25:00:00\", expected a time"},
+        {__LINE__, "timestamp", "a\n2024-02-03\n", ":2:1: column \"a\": found \"2024-02-03\", expected a timestamp"},
+        {__LINE__, "varbinary", "a\nxyz\n", ":2:1: column \"a\": found \"xyz\", expected base64"},
+        {__LINE__, "double", "a,b\n1,2\n3\n", ":3:1: found 1 cells, expected 2"},
+        {__LINE__, "double", "a,b\n1,2,3\n", ":2:1: found 3 cells, expected 2"},
+        {__LINE__, "varchar", "a\n\"b\nc\n",
+         ":2:1: found the end of the file, expected the quotation mark that closes this cell"},
+        {__LINE__, "varchar", "a\nb\xFF\n", ":2:1: found bytes that are not UTF-8"},
+    };
+    const TemporaryFolder tFolder;
+    for (const Row& tRow : aRows)
+        for (const char* pOutput : {"html", "text", "csv"})
+        {
+            const std::string sReport =
+                tFolder.write("r.xml", reportXml("<tov:column name='a' type='" + tRow.sType + "'/>"));
+            const std::string sData = tFolder.write("d.csv", tRow.sData);
+            const CommandResult tResult =
+                runCommand({"report", sReport, "--data", sData, "--output", pOutput, "-o", tFolder.path("out")});
+            const std::string sExpected = "webformat: " + sData + tRow.sMessage;
+            EXPECT_EQ(tResult.nStatus, 1) << "row at line " << tRow.nLine;
+            EXPECT_EQ(tResult.sErrors.substr(0, sExpected.size()), sExpected) << "row at line " << tRow.nLine;
+            EXPECT_EQ(tFolder.names(), "d.csv r.xml") << "row at line " << tRow.nLine;
+        }
+}
+
+TEST(Report, SaysWhichFileCannotBeReadOrWritten)
+{
+    const TemporaryFolder tFolder;
+    const std::string sReport = tFolder.write("r.xml", reportXml("<tov:column name='a' type='double'/>"));
+    const std::string sData = tFolder.write("d.csv", "a\n1\n");
+    const std::pair<std::vector<std::string>, std::string> aRows[] = {
+        {{"/no/r.xml", "--data", sData, "--output", "csv"}, "/no/r.xml: cannot read the file"},
+        {{sReport, "--data", "/no/d.csv", "--output", "csv"}, "/no/d.csv: there is no such file"},
+        {{sReport, "--data", tFolder.path(""), "--output", "csv"}, "found a folder, expected a CSV file or a database"},
+        {{sReport, "--data", sData + ":t", "--output", "csv"}, "d.csv: found a file that is no SQLite database"},
+        {{sReport, "--data", sData, "--output", "csv", "-o", "/no/out"},
+         "/no/out: cannot be made: No such file or directory"},
+        {{sReport, "--data", sData, "--output", "csv", "-o", tFolder.path("")},
+         "found a folder, expected the name of a file"},
+        {{sReport, "--data", sData, "--output", "csv", "-o", "/dev/full"},
+         "/dev/full: cannot be written: No space left on device"},
+    };
+    for (const auto& [vArguments, sMessage] : aRows)
+    {
+        std::vector<std::string> vAll = {"report"};
+        vAll.insert(vAll.end(), vArguments.begin(), vArguments.end());
+        const CommandResult tResult = runCommand(vAll);
+        EXPECT_EQ(tResult.nStatus, 1);
+        EXPECT_NE(tResult.sErrors.find(sMessage), std::string::npos) << tResult.sErrors << "for " << sMessage;
+    }
+}
+
+TEST(Report, ReplacesAnOlderFileOnlyByAWholeOne)
+{
+    const TemporaryFolder tFolder;
+    const std::string sReport = tFolder.write("r.xml", reportXml("<tov:column name='a' type='double'/>"));
+    const std::string sOutput = tFolder.write("out", "older");
+    chmod(sOutput.c_str(), 0640);
+    std::string sRows = "a\n";
+    for (int nRow = 0; nRow < 100000; ++nRow)
+        sRows += "1\n";
+    const auto run = [&](const std::string& sData) {
+        return runCommand(
+            {"report", sReport, "--data", tFolder.write("d.csv", sData), "--output", "csv", "-o", sOutput});
+    };
+    EXPECT_EQ(run(sRows + "x\n").nStatus, 1);
+    EXPECT_EQ(readFile(sOutput), "older");
+    EXPECT_EQ(run("a\n1\n").nStatus, 0);
+    EXPECT_EQ(readFile(sOutput), "a\r\n1\r\n");
+    struct stat tStatus = {};
+    ASSERT_EQ(stat(sOutput.c_str(), &tStatus), 0);
+    EXPECT_EQ(tStatus.st_mode & 07777, 0640u);
+    EXPECT_EQ(tFolder.names(), "d.csv out r.xml");
+}
+
+TEST(Examples, AreWhatTheirScriptMakes)
+{
+    const TemporaryFolder tFolder;
+    const CommandResult tResult =
+        runProgram("python3", {"-B", sourcePath("examples/make_sales_data.py"), tFolder.path("")});
+    ASSERT_EQ(tResult.nStatus, 0) << tResult.sErrors;
+    for (const char* pName : {"sales.csv", "sales.db"})
+        EXPECT_TRUE(readFile(tFolder.path(pName)) == readFile(sourcePath(std::string("examples/") + pName))) << pName;
+}
+
+}  // namespace tov
