@@ -13,14 +13,21 @@ namespace tov {
 namespace {
 
 using enum ValueFormatterTypes::OutputType;
-using enum WebNumberFormatDefinitionBase::NegativeFormat;
+using NegativeFormat = WebNumberFormatDefinitionBase::NegativeFormat;
 using Parameters = WebValueFormatDefinition::FormatParameters;
 using Doubles = NumericFormatter<double>;
+
+constexpr NegativeFormat kMinus = WebNumberFormatDefinitionBase::kMinus;
+constexpr NegativeFormat kRed = WebNumberFormatDefinitionBase::kRed;
+constexpr NegativeFormat kParens = WebNumberFormatDefinitionBase::kParens;
+constexpr NegativeFormat kRedParens = WebNumberFormatDefinitionBase::kRedParens;
+constexpr NegativeFormat kRedMinus = WebNumberFormatDefinitionBase::kRedMinus;
+constexpr NegativeFormat kNegativeFormatEnd_ = WebNumberFormatDefinitionBase::kNegativeFormatEnd_;
 
 struct PatternRow
 {
     int nLine;
-    WebNumberFormatDefinitionBase::NegativeFormat eFormat;
+    NegativeFormat eFormat;
     bool bCommas;
     unsigned nMin;
     unsigned nMax;
@@ -65,7 +72,7 @@ TEST(NumericDefinitionPattern, WritesEachStyle)
 TEST(NumericDefinitionPattern, MarksTheMinusOfHebrewPages)
 {
     const KTWUILanguage tHebrew(L"he");
-    const auto patternOf = [&](WebNumberFormatDefinitionBase::NegativeFormat eFormat)
+    const auto patternOf = [&](NegativeFormat eFormat)
     { return numberPattern(WebNumberFormatDefinition(eFormat, false, 0, 0), Locale::kUSA, kHTML, tHebrew); };
     EXPECT_EQ(patternOf(kMinus), L"#0;\"&#x200e;\"-#0");
     EXPECT_EQ(patternOf(kRedMinus), L"#0;[red]\"&#x200e;\"-#0");
