@@ -155,8 +155,6 @@ private:
     Locale m_tLocale;
     OutputType m_eOutput;
     int m_nRoundFractSects = knNoFraction;
-    std::uint32_t m_nSourceStart = 0;  // the place that appended elements get
-    std::uint32_t m_nSourceEnd = 0;
     String m_sSource;
     String m_sTexts;
     std::vector<Element> m_vElements;
