@@ -3,9 +3,11 @@
 #include <charconv>
 
 #include "corefacade/dateutils.h"
+#include "corefacade/timezone.h"
 #include "webbedrock/assertion.h"
 #include "webformat/convertwhistlerformat.h"
 #include "webformat/dateformatterimpl.h"
+#include "webformat/timestampformatter.h"
 
 namespace tov {
 
@@ -104,16 +106,17 @@ WebValueFormatDefinitionHandle convertedDefinition(const WebWhistlerFormatDefini
 }
 
 // Whether the resolver knows in which zone values are stored.
-bool knowsDataOffset(const TimeZoneResolver&)
+bool knowsDataOffset(const TimeZoneResolver& tResolver)
 {
-    return false;
+    return TimeZone::isValidOffset(tResolver.getDataOffset());
 }
 
 WebValueFormatterHandle timeStampFormatter(const String& sPattern, const Locale& tLocale,
-                                           const KTWUILanguage& tLanguage, const TimeZoneResolver&, const String&,
-                                           OutputType eOutput)
+                                           const KTWUILanguage& tLanguage, const TimeZoneResolver& tResolver,
+                                           const String& sDisplayTimeZone, OutputType eOutput)
 {
-    return WebDateFormatter::ParseCustomFormat(sPattern, tLocale, tLanguage, eOutput);
+    return WEBFORMAT_NEW(kSource)
+        TimeStampFormatter(tLocale, tLanguage, sPattern, tResolver, sDisplayTimeZone, eOutput);
 }
 
 void appendDigits(StringBufferBaseTemplate<wchar_t>& tBuffer, std::uint64_t nNumber, std::ptrdiff_t nLeastDigits)
