@@ -84,7 +84,7 @@ private:
         {
         case Item::kText: addText(m_tPattern.text(tItem)); break;
         case Item::kOptional: addStep(Step::kOptional, tItem.nStartDigit, tItem.nEndDigit); break;
-        case Item::kRequired: addStep(Step::kRequired, tItem.nStartDigit, tItem.nEndDigit); break;
+        case Item::kRequired: addRequired(tItem.nStartDigit, tItem.nEndDigit); break;
         case Item::kDecimal: addPoint(); break;
         case Item::kColor: addColor(); break;
         case Item::kIndicator: addIndicator(); break;
@@ -92,22 +92,35 @@ private:
         }
     }
 
+    // Neighbours of one kind become one step: "#,##0" has two runs of optional digits, text comes piece by piece.
     void addStep(Step::Type eType, std::int32_t nFirst, std::int32_t nLast)
     {
-        if (nFirst < nLast)
-            m_pTarget->vSteps.push_back({eType, nFirst, nLast});
+        std::vector<Step>& vSteps = m_pTarget->vSteps;
+        if (nFirst >= nLast)
+            return;
+        if (!vSteps.empty() && vSteps.back().eType == eType && vSteps.back().nLast == nFirst)
+            vSteps.back().nLast = nLast;
+        else
+            vSteps.push_back({eType, nFirst, nLast});
+    }
+
+    // The optional integer digits in front, as in "#,##0", are written in the same step.
+    void addRequired(std::int32_t nFirst, std::int32_t nLast)
+    {
+        std::vector<Step>& vSteps = m_pTarget->vSteps;
+        const bool bContinues =
+            !vSteps.empty() && vSteps.back().eType == Step::kOptional && vSteps.back().nLast == nFirst;
+        if (nFirst < nLast && nLast <= 0 && bContinues)
+            vSteps.back() = {Step::kRequired, vSteps.back().nFirst, nLast, nFirst};
+        else if (nFirst < nLast)
+            vSteps.push_back({Step::kRequired, nFirst, nLast, nFirst});
     }
 
     void addText(std::wstring_view sText)
     {
         const NumericText tText = store(sText);
         const std::int32_t nStart = static_cast<std::int32_t>(tText.nStart);
-        const std::int32_t nEnd = nStart + static_cast<std::int32_t>(tText.nLength);
-        std::vector<Step>& vSteps = m_pTarget->vSteps;
-        if (!vSteps.empty() && vSteps.back().eType == Step::kText && vSteps.back().nLast == nStart)
-            vSteps.back().nLast = nEnd;
-        else
-            addStep(Step::kText, nStart, nEnd);
+        addStep(Step::kText, nStart, nStart + static_cast<std::int32_t>(tText.nLength));
     }
 
     void addPoint()

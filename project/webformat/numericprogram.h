@@ -21,7 +21,7 @@ struct NumericText
 // buffer.
 struct NumericProgram
 {
-    // What a step writes; `nFirst` and `nLast` mean what the type says.
+    // What a step writes; its numbers mean what the type says.
     struct Step
     {
         enum Type : std::uint8_t
@@ -29,7 +29,7 @@ struct NumericProgram
             kText,       // text [nFirst, nLast)
             kPoint,      // the separator [nFirst, nLast), if a fraction digit remains
             kOptional,   // the digits of positions [nFirst, nLast) that the value has
-            kRequired,   // the digits of positions [nFirst, nLast), zeros where it has none
+            kRequired,   // the same; from `nRequired` on zeros where the value has none
             kIndicator,  // the indicator of the scale chosen for the value; text [nFirst, nLast) where none fits
             kSpecial     // the day, month, time or duration vSpecials[nFirst]
         };
@@ -37,6 +37,7 @@ struct NumericProgram
         Type eType;
         std::int32_t nFirst;
         std::int32_t nLast;
+        std::int32_t nRequired = 0;
     };
 
     // A bracket whose text comes from the value itself rather than from its digits.

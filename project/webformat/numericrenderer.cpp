@@ -49,7 +49,11 @@ public:
 private:
     void appendText(const Step& tStep)
     {
-        m_tBuffer.append(m_tProgram.sTexts.data() + tStep.nFirst, static_cast<std::size_t>(tStep.nLast - tStep.nFirst));
+        const wchar_t* const pText = m_tProgram.sTexts.data() + tStep.nFirst;
+        if (tStep.nLast - tStep.nFirst == 1)
+            m_tBuffer.append(*pText);
+        else
+            m_tBuffer.append(pText, static_cast<std::size_t>(tStep.nLast - tStep.nFirst));
     }
 
     void appendPoint(const Step& tStep)
@@ -75,10 +79,13 @@ private:
     void appendRequired(const Step& tStep)
     {
         if (m_tRendering.bInfinite)
+        {
             appendInfinityOnce();
-        else
-            appendDigits(m_tRendering.nDecimalPoint + std::int64_t{tStep.nFirst},
-                         m_tRendering.nDecimalPoint + std::int64_t{tStep.nLast});
+            return;
+        }
+        const std::int64_t nPoint = m_tRendering.nDecimalPoint;
+        const std::int64_t nFirstDigit = std::max<std::int64_t>(nPoint + tStep.nFirst, 0);
+        appendDigits(std::min(nFirstDigit, nPoint + tStep.nRequired), nPoint + tStep.nLast);
     }
 
     void appendInfinityOnce()
@@ -96,10 +103,18 @@ private:
         const std::size_t nSeparators = m_tSection.bGrouping ? nDigits / 3 + 1 : 0;
         if (!m_tBuffer.reserveFree(nDigits + nSeparators * m_tSection.tGroupSeparator.nLength))
             return;
+        wchar_t* const pStart = m_tBuffer.freePlace();
+        wchar_t* pTarget = pStart;
         const std::int64_t nIntegerLast = std::min<std::int64_t>(nLast, m_tRendering.nDecimalPoint);
         if (m_tSection.bGrouping && nFirst < nIntegerLast)
-            nFirst = writeGrouped(nFirst, nIntegerLast);
-        writePlain(nFirst, nLast);
+        {
+            // No separator stands before the value's first digit: zeros in front of it are not grouped.
+            const std::int64_t nGrouped = std::clamp<std::int64_t>(1, nFirst, nIntegerLast);
+            pTarget = writePlain(nFirst, nGrouped, pTarget);
+            pTarget = writeGrouped(nGrouped, nIntegerLast, pTarget);
+            nFirst = nIntegerLast;
+        }
+        m_tBuffer.advance(static_cast<std::size_t>(writePlain(nFirst, nLast, pTarget) - pStart));
     }
 
     wchar_t digitAt(std::int64_t nPlace) const
@@ -108,30 +123,35 @@ private:
         return static_cast<wchar_t>(bThere ? m_tRendering.sDigits[static_cast<std::size_t>(nPlace)] : '0');
     }
 
-    void writePlain(std::int64_t nFirst, std::int64_t nLast)
+    wchar_t* writePlain(std::int64_t nFirst, std::int64_t nLast, wchar_t* pTarget) const
     {
-        wchar_t* pTarget = m_tBuffer.freePlace();
-        wchar_t* const pStart = pTarget;
         for (std::int64_t nPlace = nFirst; nPlace < nLast; ++nPlace)
             *pTarget++ = digitAt(nPlace);
-        m_tBuffer.advance(static_cast<std::size_t>(pTarget - pStart));
+        return pTarget;
     }
 
-    // A separator stands before each digit that has a multiple of three digits from it to the point, but never before
-    // the value's first digit: zeros in front of it are not grouped.
-    std::int64_t writeGrouped(std::int64_t nFirst, std::int64_t nLast)
+    // Integer digits that the value has. A separator stands before each that has a multiple of three digits from it to
+    // the point.
+    wchar_t* writeGrouped(std::int64_t nFirst, std::int64_t nLast, wchar_t* pTarget) const
     {
         const std::wstring_view sSeparator = m_tProgram.text(m_tSection.tGroupSeparator);
-        wchar_t* pTarget = m_tBuffer.freePlace();
-        wchar_t* const pStart = pTarget;
-        for (std::int64_t nPlace = nFirst; nPlace < nLast; ++nPlace)
-        {
-            if (nPlace >= 1 && (m_tRendering.nDecimalPoint - nPlace) % 3 == 0)
-                pTarget = std::copy(sSeparator.begin(), sSeparator.end(), pTarget);
-            *pTarget++ = digitAt(nPlace);
-        }
-        m_tBuffer.advance(static_cast<std::size_t>(pTarget - pStart));
-        return nLast;
+        const char* const pDigits = m_tRendering.sDigits.data();
+        std::int64_t nPlace = std::min(nFirst + (m_tRendering.nDecimalPoint - nFirst) % 3, nLast);
+        pTarget = std::copy(pDigits + nFirst, pDigits + nPlace, pTarget);
+        for (; nLast - nPlace >= 3; nPlace += 3)
+            pTarget = std::copy_n(pDigits + nPlace, 3, writeSeparator(sSeparator, pTarget));
+        if (nPlace < nLast)
+            pTarget = std::copy(pDigits + nPlace, pDigits + nLast, writeSeparator(sSeparator, pTarget));
+        return pTarget;
+    }
+
+    // Nearly all locales separate by one character, which is not worth a call.
+    static wchar_t* writeSeparator(std::wstring_view sSeparator, wchar_t* pTarget)
+    {
+        if (sSeparator.size() != 1)
+            return std::copy(sSeparator.begin(), sSeparator.end(), pTarget);
+        *pTarget = sSeparator.front();
+        return pTarget + 1;
     }
 
     void appendIndicator(const Step& tStep)

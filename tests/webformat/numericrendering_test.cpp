@@ -65,6 +65,10 @@ constexpr DoubleRow kDoubleRows[] = {
     {__LINE__, L"0.00", 3, L"3.00"},
     {__LINE__, L"#", 0, L""},
     {__LINE__, L"#,##0", 0, L"0"},
+    // Groups count from the point, whatever stands between the digits.
+    {__LINE__, L"#,##0-0", 1234567, L"1,234,56-7"},
+    {__LINE__, L"#,##0-000", 1234567, L"1,234-,567"},
+    {__LINE__, L"#,##0-0", 1, L"0-1"},
     {__LINE__, L"0.0#", 0.05, L"0.05"},
     {__LINE__, L".##", 0.05, L".05"},
     {__LINE__, L"00000", 42, L"00042"},
