@@ -10,18 +10,18 @@ TEST(Explain, WritesALineForEachItemWithAnExampleUpToThere)
     EXPECT_EQ(tResult.nStatus, 0);
     EXPECT_EQ(tResult.sErrors, "");
     EXPECT_EQ(tResult.sOutput,
-              "#         optional digits, integer place 4 upwards             1234568\n"
-              "##        optional digits, integer places 3 to 2               1,234,568\n"
-              "0         required digit, integer place 1                      1,234,568\n"
-              ".         decimal separator, where fraction digits follow      1,234,568\n"
-              "0         required digit, fraction place 1                     1,234,567.9\n"
-              "#,##0.0   for positive values and zero; grouped in thousands   1,234,567.9\n"
-              "[red]     red, in outputs that have colours                    \n"
-              "(         the text \"(\"                                         (\n"
-              "          optional digits, integer place 2 upwards             (\n"
-              "0         required digit, integer place 1                      (1234568\n"
-              ")         the text \")\"                                         (1234568)\n"
-              "[red](0)  for negative values, whose sign it writes itself     (1234568)\n");
+              "#         optional digits, integer place 4 upwards            1234568\n"
+              "##        optional digits, integer places 3 to 2              1,234,568\n"
+              "0         required digit, integer place 1                     1,234,568\n"
+              ".         decimal separator, where fraction digits follow     1,234,568\n"
+              "0         required digit, fraction place 1                    1,234,567.9\n"
+              "#,##0.0   for positive values and zero; grouped in thousands  1,234,567.9\n"
+              "[red]     red, in outputs that have colours                   \n"
+              "(         the text \"(\"                                        (\n"
+              "          optional digits, integer place 2 upwards            (\n"
+              "0         required digit, integer place 1                     (1234568\n"
+              ")         the text \")\"                                        (1234568)\n"
+              "[red](0)  for negative values, whose sign it writes itself    (1234568)\n");
 }
 
 TEST(Explain, FindsAnExampleThatTheItemsHaveSomethingToShowFor)

@@ -7,7 +7,6 @@
 #include "webbedrock/utf8.h"
 #include "webformat/dateformatters.h"
 #include "webformat/numericformatter.h"
-#include "webformat/numericpattern.h"
 #include "xml/domhelper.h"
 #include "xml/lexical.h"
 #include "xml/schemas.h"
@@ -197,14 +196,12 @@ void Checker::checkDate(const XmlAttribute& tAttribute) const
 
 void Checker::checkScale(const XmlAttribute& tAttribute) const
 {
-    if (tAttribute.sValue.empty() || isOneOf(tAttribute.sValue, {L"none", L"auto", L"first", L"second"}))
-        return;
-    // A name that scales is a name; anything else compiles to a pattern that shows values as they are.
-    const NumericPattern tPattern = NumericPattern::parse(L"0[scale-name:" + tAttribute.sValue + L"]", m_tLocale,
-                                                          ValueFormatterTypes::kText, KTWUILanguage());
-    const NumericPattern::Section& tSection = tPattern.sections().front();
-    if (tSection.eScaleFactor != NumericPattern::kFixed || tSection.vDigits.size() != 3)
-        fail(tAttribute, "a scale name: \"auto\", \"first\", \"second\", \"thousand\", \"million\", ...");
+    std::vector<String> vNames = {L"none", L"auto", L"first", L"second"};
+    // A scale that the locale has no short name for would leave the values as they are.
+    for (const Locale::ScaleFactor& tScale : m_tLocale.getScaleFactors())
+        vNames.push_back(tScale.sName);
+    if (!tAttribute.sValue.empty() && !isOneOf(tAttribute.sValue, vNames))
+        fail(tAttribute, alternatives(vNames));
 }
 
 void Checker::require(std::initializer_list<const wchar_t*> vNames) const

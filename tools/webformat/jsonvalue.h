@@ -82,6 +82,7 @@ public:
     JsonObject& add(std::string_view sKey, std::string_view sUtf8);
     JsonObject& add(std::string_view sKey, const char* pUtf8) { return add(sKey, std::string_view(pUtf8)); }
     JsonObject& add(std::string_view sKey, std::wstring_view sText);
+    JsonObject& add(std::string_view sKey, const wchar_t* pText) { return add(sKey, std::wstring_view(pText)); }
     JsonObject& add(std::string_view sKey, bool bValue) { return addRaw(sKey, bValue ? "true" : "false"); }
     JsonObject& add(std::string_view sKey, long long nValue) { return addRaw(sKey, std::to_string(nValue)); }
     JsonObject& add(std::string_view sKey, int nValue) { return addRaw(sKey, std::to_string(nValue)); }
