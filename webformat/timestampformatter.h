@@ -8,8 +8,8 @@ namespace tov {
 
 // Shows timestamps that are stored with one offset in another zone.
 //
-// Example: "yyyy-MM-dd HH:mm TZ", data offset 0, display zone Europe/Paris, language en-us:
-//     2024-07-01 12:00:00 -> "2024-07-01 14:00 CET"
+// Example: "yyyy-MM-dd HH:mm TZ", data offset 0, display zone America/New_York, language en-us:
+//     2024-07-01 12:00:00 -> "2024-07-01 08:00 ET"
 //
 // The offset, the zone and the zone's text are fixed when the formatter is built. Without a valid data offset, or with
 // a display zone that is not known, values are shown as they are stored, without a zone. The zone's short name in the
