@@ -27,9 +27,9 @@ int toMinutes(std::int32_t nSeconds)
 constinit const TimeZone TimeZone::kUnknown;
 constinit const TimeZone TimeZone::kServerOS{ServerTag()};
 
-const ZoneRecord* TimeZone::record() const
+const ZoneRecord* TimeZone::serverRecord()
 {
-    return m_bServer ? &TimeZoneRegistry::getInstance().serverRecord() : m_pRecord;
+    return &TimeZoneRegistry::getInstance().serverRecord();
 }
 
 const String& TimeZone::getId() const

@@ -83,13 +83,16 @@ public:
     friend WEBFORMAT_EXPORT bool operator==(const TimeZone& tLeft, const TimeZone& tRight);
 
 private:
+    friend class DateUtils;
     friend class TimeZoneRegistry;
     struct ServerTag
     {
     };
     constexpr explicit TimeZone(ServerTag) noexcept : m_bServer(true) {}
     constexpr explicit TimeZone(const ZoneRecord& tRecord) noexcept : m_pRecord(&tRecord) {}
-    const ZoneRecord* record() const;
+    // Null of the unknown zone.
+    const ZoneRecord* record() const { return m_bServer ? serverRecord() : m_pRecord; }
+    static const ZoneRecord* serverRecord();
 
     const ZoneRecord* m_pRecord = nullptr;  // null: unknown, or the server's
     bool m_bServer = false;

@@ -3,6 +3,7 @@
 #include <cctz/civil_time.h>
 #include <cctz/time_zone.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <utility>
@@ -75,6 +76,11 @@ std::unique_ptr<const ZoneRules> readRules(const std::string& sId)
     if (!cctz::load_time_zone(sId, &tZone))
         return nullptr;
     std::vector<ZoneRange> vRanges = readRanges(tZone);
+    // No place was ever further from UTC: such data are damaged.
+    constexpr std::int32_t kFurthest = 26 * 3600;
+    if (std::any_of(vRanges.begin(), vRanges.end(),
+                    [](const ZoneRange& tRange) { return std::abs(tRange.nOffset) >= kFurthest; }))
+        return nullptr;
     // Data are written out for a century at most: later changes come from a rule that goes on for ever.
     constexpr std::int64_t kRulesOnly = daysFromCivil(2300, 1, 1) * kSecondsPerDay;
     const bool bRepeats = vRanges.back().nStart > kRulesOnly;
