@@ -10,7 +10,7 @@ namespace tov {
 //
 // Example:  ChangingOrder tOrder;  for (auto _ : tState)  write(vValues[tOrder.next()]);
 //
-// Two multiplications a pass and one a value; the same orders in every run.
+// One multiplication a value; the same orders in every run.
 class ChangingOrder
 {
 public:
