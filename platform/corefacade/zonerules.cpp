@@ -70,7 +70,7 @@ ZoneRules::Offsets ZoneRules::offsetsAround(std::int64_t nUtcSeconds) const
     const std::int64_t nMoment = folded(nUtcSeconds);
     const ZoneRange* const pNow = &m_vRanges[indexAt(nMoment)];
     const ZoneRange* const pNext = pNow + 1;
-    const bool bChanges = pNext->nStart - nMoment <= kYear && (pNow->bDaylight || pNext->bDaylight);
+    const bool bChanges = nMoment >= pNext->nStart - kYear && (pNow->bDaylight || pNext->bDaylight);
     if (!bChanges)
         return {pNow->nOffset, pNow->nOffset};
     return {std::min(pNow->nOffset, pNext->nOffset), std::max(pNow->nOffset, pNext->nOffset)};
