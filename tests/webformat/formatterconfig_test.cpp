@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "corefacade/corvidnumber.h"
+#include "corefacade/datetime.h"
 #include "support/collected.h"
 #include "support/newprocess.h"
 #include "webbedrock/dclsingleton.h"
@@ -139,7 +140,8 @@ struct EntryRow
 {
     int nLine;
     Type::DataType eType;
-    const wchar_t* pPattern;  // null: no formatter
+    const wchar_t* pPattern;               // null: no formatter
+    const wchar_t* pXmlPattern = nullptr;  // null: the same formatter, where there is one
 };
 
 constexpr wchar_t kFullPrecision[] = L"#0.###################";
@@ -159,8 +161,12 @@ constexpr EntryRow kEntries[] = {
     {__LINE__, Type::kDouble, kFullPrecision},
     {__LINE__, Type::kNumeric, kFullPrecision},
     {__LINE__, Type::kDecimal, kFullPrecision},
-    {__LINE__, Type::kBinary, L""},
-    {__LINE__, Type::kVarBinary, L""},
+    {__LINE__, Type::kDate, L"\"date '\"yyy-MM-dd\"'\"", L"yyy-MM-dd"},
+    {__LINE__, Type::kTime, L"\"time '\"HH:mm:ss.#########\"'\"", L"HH:mm:ss.#########"},
+    {__LINE__, Type::kTimeStamp, L"\"timestamp '\"yyy-MM-dd HH:mm:ss.#########\"'\"",
+     L"yyy-MM-dd\"T\"HH:mm:ss.#########"},
+    {__LINE__, Type::kBinary, L"", L""},
+    {__LINE__, Type::kVarBinary, L"", L""},
 };
 
 TEST(FormatterConfig, HoldsATypedLiteralFormatterForEveryTypeAndOutput)
@@ -200,13 +206,32 @@ TEST(FormatterConfig, SharesNumbersBetweenTypedLiteralsAndXml)
             EXPECT_TRUE(hXml == tConfig.getFormatterRef(176 + tRow.eType * 8 + nOutput))
                 << "row at line " << tRow.nLine;
             EXPECT_EQ((hXml == WebValueFormatter::GetTypedLiteralFormatter(tType, eOutput)),
-                      tType.category() != Type::kCatBinary)
+                      tRow.pXmlPattern == nullptr)
                 << "row at line " << tRow.nLine;
             if (!tRow.pPattern)
                 continue;
-            EXPECT_EQ(hXml->GetCustomFormatString(), tRow.pPattern) << "row at line " << tRow.nLine;
+            EXPECT_EQ(hXml->GetCustomFormatString(), tRow.pXmlPattern ? tRow.pXmlPattern : tRow.pPattern)
+                << "row at line " << tRow.nLine;
         }
     }
+}
+
+TEST(FormatterConfig, WritesDatesAndTimesAsLiteralsAndForXml)
+{
+    const DateTime tValue(800, 3, 5, 7, 8, 9, 120'000'000);
+    const auto literal = [&](Type::DataType eType, Types::OutputType eOutput)
+    { return WebValueFormatter::GetTypedLiteralFormatter(Type(eType), eOutput)->formatAsString(&tValue); };
+    const auto xml = [&](Type::DataType eType)
+    { return WebValueFormatter::getXmlValueFormatter(Type(eType), Types::kXML)->formatAsString(&tValue); };
+    EXPECT_EQ(literal(Type::kDate, Types::kSQL), L"date '0800-03-05'");
+    EXPECT_EQ(literal(Type::kTime, Types::kSQL), L"time '07:08:09.12'");
+    EXPECT_EQ(literal(Type::kTimeStamp, Types::kSQL), L"timestamp '0800-03-05 07:08:09.12'");
+    // The quotes are literal text: an output that has its own way with quotes encodes them.
+    EXPECT_EQ(literal(Type::kDate, Types::kHTML), L"date &#39;0800-03-05&#39;");
+    EXPECT_EQ(literal(Type::kDate, Types::kSQLLiteral), L"date ''0800-03-05''");
+    EXPECT_EQ(xml(Type::kDate), L"0800-03-05");
+    EXPECT_EQ(xml(Type::kTime), L"07:08:09.12");
+    EXPECT_EQ(xml(Type::kTimeStamp), L"0800-03-05T07:08:09.12");
 }
 
 TEST(FormatterConfig, BuildsAFormatterOfItsOwnForATypeHeldInAnotherStorage)

@@ -9,6 +9,7 @@
 #include "corefacade/rawvalue.h"
 #include "support/allocationcounter.h"
 #include "support/collected.h"
+#include "webformat/dateformatters.h"
 #include "webformat/numericformatter.h"
 #include "webformat/rawvalueformatter.h"
 
@@ -228,6 +229,9 @@ const DefaultRow kDefaults[] = {
     {__LINE__, Type(Type::kDouble, static_cast<Type::StorageType>(Type::kStorageTypeEnd_)), nullptr, 1},
     {__LINE__, Type(Type::kBinary), L"", 0},
     {__LINE__, Type(Type::kVarBinary), L"", 0},
+    {__LINE__, Type(Type::kDate), L"M/d/yyyy", 0},
+    {__LINE__, Type(Type::kTime), L"h:mm:ss tt", 0},
+    {__LINE__, Type(Type::kTimeStamp), L"M/d/yyyy h:mm:ss tt", 0},
 };
 
 TEST(ValueFormatterFactory, GivesEveryTypeItsDefaultFormatter)
@@ -484,6 +488,9 @@ const ExportRow kExports[] = {
     {__LINE__, Type(Type::kDecimal, Type::kStorageUInt32), kReal},
     {__LINE__, Type(Type::kDecimal, Type::kStorageInt64), nullptr},
     {__LINE__, Type(Type::kDecimal, Type::kStorageUInt64), nullptr},
+    {__LINE__, Type(Type::kDate), L"yyyy-MM-dd"},
+    {__LINE__, Type(Type::kTime), L"HH:mm:ss.#########"},
+    {__LINE__, Type(Type::kTimeStamp), L"yyyy-MM-dd HH:mm:ss"},
     {__LINE__, Type(Type::kInvalid), nullptr},
     {__LINE__, Type(Type::kUnknown), nullptr},
 };
@@ -520,11 +527,41 @@ TEST(ValueFormatterFactory, ExportsNumbersWithAllTheirDigits)
               L"18446744073709551615");
 }
 
+// The patterns that the display, input, custom and definition factories take for the calendar types.
+TEST(ValueFormatterFactory, GivesCalendarTypesTheirFormatters)
+{
+    const TimeZoneResolver tResolver;
+    const auto patternsOf = [&](Type::DataType eType)
+    {
+        const Type tType(eType);
+        const WebValueFormatDefinitionHandle hLong = new WebDateFormatDefinition(WebDateFormatDefinition::kLongDate);
+        String sPatterns;
+        for (const WebValueFormatterHandle& hFormatter :
+             {withDefinition(tType, nullptr), withDefinition(tType, hLong),
+              Formatter::GetDefaultFormatterTZ(tType, Locale::kUSA, language(), tResolver, L"EST", kText),
+              Formatter::GetInputFormatter(tType, Locale::kUSA, kText, 0, 0, language()),
+              Formatter::GetInputFormatterTZ(tType, Locale::kUSA, tResolver, L"EST", kText, language()),
+              Formatter::GetCustomFormatter(tType, L"yy TZ", Locale::kUSA, kText, language())})
+        {
+            EXPECT_EQ(hFormatter->valueStorageType(), Type::kStorageTimeStamp);
+            sPatterns += hFormatter->GetCustomFormatString() + L"|";
+        }
+        return sPatterns;
+    };
+    const CollectedAssertions tAssertions;
+    EXPECT_EQ(patternsOf(Type::kDate), L"M/d/yyyy|dddd, MMMM d, yyyy|M/d/yyyy|MM/dd/yyyy|MM/dd/yyyy|yy |");
+    EXPECT_EQ(patternsOf(Type::kTime), L"h:mm:ss tt|dddd, MMMM d, yyyy|h:mm:ss tt|h:mm:ss tt|h:mm:ss tt|yy |");
+    EXPECT_EQ(patternsOf(Type::kTimeStamp),
+              L"M/d/yyyy h:mm:ss tt|dddd, MMMM d, yyyy|M/d/yyyy h:mm:ss tt|MM/dd/yyyy h:mm:ss tt|"
+              L"MM/dd/yyyy h:mm:ss tt|yy |");
+    EXPECT_EQ(tAssertions.count(), 0u);
+}
+
 TEST(ValueFormatterFactory, AnswersWithANullHandleForFamiliesThatAreNotThere)
 {
     const CollectedAssertions tAssertions;
     const TimeZoneResolver tResolver;
-    for (const Type::DataType eType : {Type::kVarChar, Type::kDate, Type::kTime, Type::kTimeStamp})
+    for (const Type::DataType eType : {Type::kChar, Type::kVarChar, Type::kLongVarChar})
     {
         const Type tType(eType);
         const WebValueFormatDefinitionHandle hDefinition = new WebCustomFormatDefinition(L"@");
