@@ -9,7 +9,10 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <cstdlib>
+#include <ctime>
+#include <limits>
 #include <memory>
 #include <random>
 #include <string>
@@ -41,7 +44,6 @@ std::int64_t utc(const DateTime& tValue)
 
 DateTime shown(const TimeZone& tZone, std::int64_t nMoment)
 {
-    const DateTime tEpoch;
     const auto nDays = static_cast<int>(nMoment / 86400 - (nMoment % 86400 < 0 ? 1 : 0));
     const auto nSecond = static_cast<unsigned>(nMoment - std::int64_t{nDays} * 86400);
     const std::chrono::year_month_day tDate{std::chrono::sys_days(std::chrono::days(nDays))};
