@@ -82,7 +82,9 @@ TEST(OutputStream, WritesTheCountOfALongStringInFourBytes)
 {
     MemoryOutputStream tStream;
     tStream.writeString(std::wstring(0x010203, L'x'));
-    EXPECT_EQ(tStream.bytes(), "\x03\x02\x01\0"s + std::string(0x010203, 'x'));
+    std::string sExpected = "\x03\x02\x01\0"s;
+    sExpected.append(0x010203, 'x');
+    EXPECT_EQ(tStream.bytes(), sExpected);
 }
 
 TEST(OutputStream, AStringOverItsLimitIsAnAssertionAndWrittenEmpty)
