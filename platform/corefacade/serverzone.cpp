@@ -12,7 +12,6 @@ namespace tov {
 
 namespace {
 
-constexpr const char* kLocalTime = "/etc/localtime";
 constexpr std::size_t kMaxZoneFile = 256 * 1024;
 
 std::size_t findName(const ZoneList& tList, std::string_view sName)
@@ -29,9 +28,9 @@ std::string_view behindZoneFolder(std::string_view sPath)
     return nFolder == sPath.npos ? std::string_view() : sPath.substr(nFolder + kFolder.size());
 }
 
-std::size_t findByContents(const ZoneList& tList, const std::string& sFolder)
+std::size_t findByContents(const ZoneList& tList, const std::string& sFolder, const std::string& sLocalTime)
 {
-    const std::string sContents = readSmallFile(kLocalTime, kMaxZoneFile);
+    const std::string sContents = readSmallFile(sLocalTime, kMaxZoneFile);
     if (sContents.empty())
         return tList.all().size();
     for (std::size_t n = 0; n < tList.all().size(); ++n)
@@ -43,12 +42,12 @@ std::size_t findByContents(const ZoneList& tList, const std::string& sFolder)
     return tList.all().size();
 }
 
-std::size_t findLocalTime(const ZoneList& tList, const std::string& sFolder)
+std::size_t findLocalTime(const ZoneList& tList, const std::string& sFolder, const std::string& sLocalTime)
 {
     std::error_code tError;
-    const std::string sTarget = std::filesystem::read_symlink(kLocalTime, tError).string();
+    const std::string sTarget = std::filesystem::read_symlink(sLocalTime, tError).string();
     const std::size_t nFound = findName(tList, behindZoneFolder(sTarget));
-    return nFound < tList.all().size() ? nFound : findByContents(tList, sFolder);
+    return nFound < tList.all().size() ? nFound : findByContents(tList, sFolder, sLocalTime);
 }
 
 }  // namespace
@@ -67,16 +66,16 @@ std::string readSmallFile(const std::string& sPath, std::size_t nLimit)
     return tFile.gcount() == static_cast<std::streamsize>(nSize) ? sBytes : std::string();
 }
 
-std::size_t findServerZone(const ZoneList& tList, const std::string& sFolder)
+std::size_t findServerZone(const ZoneList& tList, const std::string& sFolder, const std::string& sLocalTime)
 {
     const char* const pTz = std::getenv("TZ");
     if (!pTz)
-        return findLocalTime(tList, sFolder);
+        return findLocalTime(tList, sFolder, sLocalTime);
     std::string_view sName = pTz;
     if (sName.starts_with(':'))
         sName.remove_prefix(1);
-    if (sName == kLocalTime)
-        return findLocalTime(tList, sFolder);
+    if (sName == sLocalTime)
+        return findLocalTime(tList, sFolder, sLocalTime);
     if (sName.starts_with(sFolder + '/'))
         sName.remove_prefix(sFolder.size() + 1);
     return findName(tList, sName);

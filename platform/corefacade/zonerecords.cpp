@@ -159,7 +159,7 @@ const ZoneRecord& ZoneRecords::server() const
 {
     if (const ZoneRecord* const pStored = m_pServer.load(std::memory_order_acquire))
         return *pStored;
-    const std::size_t nIndex = findServerZone(m_tList, m_sFolder);
+    const std::size_t nIndex = findServerZone(m_tList, m_sFolder, "/etc/localtime");
     const ZoneRecord* const pFound = nIndex < m_tList.all().size() ? listed(nIndex) : nullptr;
     const ZoneRecord* pStored = nullptr;
     // The environment may change while threads ask for the first time: one answer stays.

@@ -12,6 +12,8 @@
 #include <cmath>
 #include <cstdlib>
 #include <ctime>
+#include <filesystem>
+#include <fstream>
 #include <limits>
 #include <memory>
 #include <random>
@@ -19,7 +21,9 @@
 #include <vector>
 
 #include "corefacade/dateutils.h"
+#include "corefacade/serverzone.h"
 #include "corefacade/timezoneregistry.h"
+#include "corefacade/zonelist.h"
 #include "support/allocationcounter.h"
 #include "support/newprocess.h"
 #include "webbedrock/utf8.h"
@@ -464,13 +468,16 @@ TEST(TimeZone, TakesNoNameFromRulesThatDisagree)
 
 TEST(TimeZone, NeverTakesNamesOfTheProcessesOwnLanguage)
 {
-    UErrorCode eStatus = U_ZERO_ERROR;
-    const icu::Locale tBefore;
-    icu::Locale::setDefault(icu::Locale("de_DE"), eStatus);
-    EXPECT_EQ(zone(L"America/New_York").getShortName(L"xx"), L"ET");
-    EXPECT_EQ(zone(L"Europe/Paris").getShortName(L"xx").substr(0, 3), L"GMT");
-    EXPECT_EQ(zone(L"Europe/Paris").getShortName(L"und").substr(0, 3), L"GMT");
-    icu::Locale::setDefault(tBefore, eStatus);
+    expectInNewProcess(
+        []
+        {
+            UErrorCode eStatus = U_ZERO_ERROR;
+            icu::Locale::setDefault(icu::Locale("de_DE"), eStatus);
+            const TimeZone tParis = zone(L"Europe/Paris");
+            return zone(L"America/New_York").getShortName(L"xx") == L"ET" &&
+                   tParis.getShortName(L"xx").substr(0, 3) == L"GMT" &&
+                   tParis.getShortName(L"und").substr(0, 3) == L"GMT" && tParis.getShortName(L"de") == L"MEZ";
+        });
 }
 
 bool serverIs(const char* pTz, const wchar_t* pExpected)
@@ -532,6 +539,83 @@ TEST(ServerTimeZone, IsThatOfTheSystemWhereTheEnvironmentIsSilent)
     expectInNewProcess(tCheck(nullptr));
     expectInNewProcess(tCheck(":/etc/localtime"));
     expectInNewProcess(tCheck("Australia/Lord_Howe"));
+}
+
+// What a machine may have in place of /etc/localtime.
+struct LocalTimeFile
+{
+    std::filesystem::path tFolder;
+    std::string sPath;
+
+    LocalTimeFile()
+        : tFolder(std::filesystem::path(::testing::TempDir()) / ("localtime" + std::to_string(std::random_device()()))),
+          sPath((tFolder / "localtime").string())
+    {
+        std::filesystem::create_directories(tFolder);
+    }
+    ~LocalTimeFile() { std::filesystem::remove_all(tFolder); }
+    LocalTimeFile(const LocalTimeFile&) = delete;
+    LocalTimeFile& operator=(const LocalTimeFile&) = delete;
+
+    String zoneId() const
+    {
+        const std::string sZones = "/usr/share/zoneinfo";
+        const ZoneList tList = ZoneList::fromText(readSmallFile(sZones + "/tzdata.zi", 4'000'000));
+        const std::size_t nIndex = findServerZone(tList, sZones, sPath);
+        return nIndex < tList.all().size() ? tList.all()[nIndex].sId : L"none";
+    }
+};
+
+String zoneOfLink(const char* pTarget)
+{
+    const LocalTimeFile tFile;
+    std::filesystem::create_symlink(pTarget, tFile.sPath);
+    return tFile.zoneId();
+}
+
+String zoneOfContents(const std::string& sContents)
+{
+    const LocalTimeFile tFile;
+    std::ofstream(tFile.sPath, std::ios::binary) << sContents;
+    return tFile.zoneId();
+}
+
+TEST(ServerTimeZone, IsThatOfTheLocalTimeFile)
+{
+    expectInNewProcess(
+        []
+        {
+            unsetenv("TZ");
+            const std::string sTokyo = readSmallFile("/usr/share/zoneinfo/Asia/Tokyo", 100'000);
+            return zoneOfLink("/usr/share/zoneinfo/Europe/Paris") == L"Europe/Paris" &&
+                   zoneOfLink("../usr/share/zoneinfo/US/Pacific") == L"US/Pacific" &&
+                   zoneOfLink("/var/db/timezone/zoneinfo/America/Lima") == L"America/Lima" &&
+                   // The name does not tell, the contents do.
+                   zoneOfLink("/usr/share/zoneinfo/posix/Asia/Tokyo") == L"Asia/Tokyo" &&
+                   zoneOfContents(sTokyo) == L"Asia/Tokyo";
+        });
+    expectInNewProcess(
+        []
+        {
+            const LocalTimeFile tFile;
+            std::filesystem::create_symlink("/usr/share/zoneinfo/Europe/Paris", tFile.sPath);
+            setenv("TZ", (":" + tFile.sPath).c_str(), 1);
+            return tFile.zoneId() == L"Europe/Paris";
+        });
+}
+
+TEST(ServerTimeZone, IsNoneWhereTheLocalTimeFileTellsNothing)
+{
+    expectInNewProcess(
+        []
+        {
+            unsetenv("TZ");
+            return LocalTimeFile().zoneId() == L"none" && zoneOfContents("") == L"none" &&
+                   zoneOfContents("TZif2") == L"none" && zoneOfContents(std::string(300'000, 'T')) == L"none" &&
+                   zoneOfLink("/usr/share/zoneinfo/../../../etc/passwd") == L"none" &&
+                   zoneOfLink("/dev/zero") == L"none" && zoneOfLink("localtime") == L"none" &&
+                   zoneOfLink("/usr/share/zoneinfo/Nowhere/Land") == L"none";
+        });
 }
 
 TEST(ServerTimeZone, StaysWhatItWasFirst)
