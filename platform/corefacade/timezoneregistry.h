@@ -19,8 +19,8 @@ namespace tov {
 // The data are those of the system (/usr/share/zoneinfo, or the folder that the environment's TZDIR names). A name is
 // compared with their list before any file is opened, so that no name reaches the file system as it was given. Without
 // data, UTC, GMT and fixed offsets are all there is; one line in the log says so. A zone is read on its first use, a
-// few hundred microseconds, and kept; names that are not found are not remembered. Any thread; zones are read outside any
-// lock.
+// few hundred microseconds, and kept; names that are not found are not remembered. Any thread; zones are read outside
+// any lock.
 class WEBFORMAT_EXPORT TimeZoneRegistry
 {
 public:
