@@ -1,6 +1,12 @@
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sqlite3.h>
+#include <sys/inotify.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
 
 #include "tools/support/command.h"
 
@@ -99,10 +105,11 @@ TEST(Report, WritesAPageThatNoTextCanBreak)
     // What a pattern quotes is the author's own markup and stands in the cells as it is; the style sheet holds it as
     // text.
     EXPECT_NE(tResult.sOutput.find(R"(td.c2 { mso-number-format:'0\"\'\;\}\<\/style\>\<i\>\"'; })"), std::string::npos);
+    EXPECT_NE(tResult.sOutput.find(R"(td.c1 { mso-number-format:'\@'; })"), std::string::npos);
     EXPECT_NE(tResult.sOutput.find("<html lang=\"he-IL\" dir=\"rtl\">"), std::string::npos);
     EXPECT_NE(tResult.sOutput.find("<title>&lt;/title&gt;&quot;</title>"), std::string::npos);
     EXPECT_NE(tResult.sOutput.find("<th scope=\"col\" class=\"text\">&lt;b&gt;&amp;</th>"), std::string::npos);
-    EXPECT_NE(tResult.sOutput.find("<td class=\"text\">&lt;script&gt;&amp;amp;</td>"), std::string::npos);
+    EXPECT_NE(tResult.sOutput.find("<td class=\"text c1\">&lt;script&gt;&amp;amp;</td>"), std::string::npos);
     EXPECT_NE(tResult.sOutput.find("<td class=\"number c3\"><font style=\"color:red\">(5.00)</font></td>"),
               std::string::npos);
     EXPECT_NE(tResult.sOutput.find(std::string("<img width=16 height=8 src=\"data:image/png;base64,") + kpPng + "\">"),
@@ -380,6 +387,53 @@ TEST(Report, ReplacesAnOlderFileOnlyByAWholeOne)
     ASSERT_EQ(stat(sOutput.c_str(), &tStatus), 0);
     EXPECT_EQ(tStatus.st_mode & 07777, 0640u);
     EXPECT_EQ(tFolder.names(), "d.csv out r.xml");
+}
+
+TEST(Report, LeavesNothingBehindWhenASignalEndsIt)
+{
+    const TemporaryFolder tFolder;
+    const std::string sReport = tFolder.write("r.xml", reportXml("<tov:column name='a' type='double'/>"));
+    const std::string sPipe = tFolder.path("d.csv");
+    ASSERT_EQ(mkfifo(sPipe.c_str(), 0600), 0);
+    const int nWatch = inotify_init();
+    ASSERT_GE(inotify_add_watch(nWatch, tFolder.path("").c_str(), IN_CREATE), 0);
+    const pid_t nChild = fork();
+    if (nChild == 0)
+    {
+        execl(WEBFORMAT_COMMAND, "webformat", "report", sReport.c_str(), "--data", sPipe.c_str(), "--output", "csv",
+              "-o", tFolder.path("out").c_str(), nullptr);
+        _exit(127);
+    }
+    const int nData = open(sPipe.c_str(), O_WRONLY);
+    // More than the reader takes in one go.
+    std::string sRows = "a\n";
+    for (int nRow = 0; nRow < 100000; ++nRow)
+        sRows += "1\n";
+    ASSERT_EQ(write(nData, sRows.data(), sRows.size()), static_cast<ssize_t>(sRows.size()));
+    // The unfinished file is there: the command waits for more data.
+    char aEvent[4096];
+    ASSERT_GT(read(nWatch, aEvent, sizeof aEvent), 0);
+    EXPECT_EQ(tFolder.names().substr(0, 5), ".out.");
+    kill(nChild, SIGTERM);
+    int nStatus = 0;
+    waitpid(nChild, &nStatus, 0);
+    EXPECT_TRUE(WIFSIGNALED(nStatus) && WTERMSIG(nStatus) == SIGTERM);
+    EXPECT_EQ(tFolder.names(), "d.csv r.xml");
+    close(nData);
+    close(nWatch);
+}
+
+TEST(Report, ReadsAPipeOnceAndSaysSoWhereItNeedsTwo)
+{
+    const TemporaryFolder tFolder;
+    const std::string sReport = tFolder.write("r.xml", reportXml("<tov:column name='a' type='integer'/>"));
+    const std::string sData = "aaaaaaaaaaaaaaaaaaaaaaaa,a\n1,2\n";
+    const auto run = [&](const char* pOutput) {
+        return runCommand({"report", sReport, "--data", "/dev/stdin", "--output", pOutput}, sData, kFromPipe);
+    };
+    EXPECT_EQ(run("csv").sOutput, "a\r\n2\r\n");
+    EXPECT_EQ(run("text").nStatus, 1);
+    EXPECT_NE(run("text").sErrors.find("/dev/stdin: the file cannot be read a second time"), std::string::npos);
 }
 
 TEST(Examples, AreWhatTheirScriptMakes)

@@ -102,8 +102,10 @@ std::unique_ptr<DataSource> openDataSource(const std::string& sArgument)
     std::error_code tError;
     if (fs::is_directory(sArgument, tError))
         throw InputError({sArgument}, "found a folder, expected a CSV file or a database");
+    // A pipe must not be looked at: what is read from it is gone.
     if (fs::exists(sArgument, tError))
-        return isSqliteFile(sArgument) ? openSqliteTable(sArgument, "") : std::make_unique<CsvFile>(sArgument);
+        return fs::is_regular_file(sArgument, tError) && isSqliteFile(sArgument) ? openSqliteTable(sArgument, "")
+                                                                                 : std::make_unique<CsvFile>(sArgument);
     const std::size_t nColon = sArgument.rfind(':');
     if (nColon == std::string::npos || !fs::exists(sArgument.substr(0, nColon), tError))
         throw InputError({sArgument}, "there is no such file");

@@ -42,6 +42,24 @@ void guardAgainstSignals(const std::string& sPath)
             std::signal(nSignal, SIG_IGN);
 }
 
+// Holds the signals back that end the process, until the file is known to their handler.
+class SignalsHeldBack
+{
+public:
+    SignalsHeldBack()
+    {
+        sigset_t tSignals;
+        sigemptyset(&tSignals);
+        for (const int nSignal : {SIGINT, SIGTERM, SIGHUP})
+            sigaddset(&tSignals, nSignal);
+        pthread_sigmask(SIG_BLOCK, &tSignals, &m_tBefore);
+    }
+    ~SignalsHeldBack() { pthread_sigmask(SIG_SETMASK, &m_tBefore, nullptr); }
+
+private:
+    sigset_t m_tBefore;
+};
+
 mode_t permissionsOfNewFile()
 {
     const mode_t nMask = umask(0);
@@ -82,6 +100,7 @@ void OutputFile::openTemporary()
 {
     const std::size_t nName = m_sTarget.rfind('/') + 1;
     m_sTemporary = m_sTarget.substr(0, nName) + "." + m_sTarget.substr(nName) + ".XXXXXX";
+    const SignalsHeldBack tHeldBack;
     m_nFile = mkostemp(m_sTemporary.data(), O_CLOEXEC);
     if (m_nFile < 0)
     {

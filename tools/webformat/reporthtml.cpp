@@ -94,6 +94,7 @@ public:
 private:
     void writeHead();
     void writeExcelStyles();
+    String excelStyle(std::size_t nColumn) const;
     void writeHeadings();
     void writeRow(const std::vector<String>& vCells);
     void writeFoot();
@@ -139,17 +140,24 @@ void Page::writeHead()
 // The cell formats of spreadsheets, one class a column.
 void Page::writeExcelStyles()
 {
-    const ReportDefinition& tReport = m_tTable.report();
     for (std::size_t nColumn = 0; nColumn < m_tTable.columnCount(); ++nColumn)
     {
-        const WebValueFormatDefinitionHandle& hDefinition = tReport.vColumns[nColumn].hDefinition;
-        std::string sDeclaration;
-        if (!hDefinition.isNull() && m_tTable.hasExcelPattern(nColumn))
-            sDeclaration = excelDeclaration(hDefinition->getMsoStyle(tReport.tLocale, tReport.tLanguage));
+        const std::string sDeclaration = excelDeclaration(excelStyle(nColumn));
         m_vStyled.push_back(!sDeclaration.empty());
         if (!sDeclaration.empty())
             m_tOutput.write("td.c" + std::to_string(nColumn + 1) + " { " + sDeclaration + "; }\n");
     }
+}
+
+String Page::excelStyle(std::size_t nColumn) const
+{
+    const ReportDefinition& tReport = m_tTable.report();
+    const WebValueFormatDefinitionHandle& hDefinition = tReport.vColumns[nColumn].hDefinition;
+    if (!hDefinition.isNull() && m_tTable.hasExcelPattern(nColumn))
+        return hDefinition->getMsoStyle(tReport.tLocale, tReport.tLanguage);
+    // Text stays text where it looks like a number or a formula.
+    return m_tTable.isText(nColumn) ? WebTextFormatDefinition().getMsoStyle(tReport.tLocale, tReport.tLanguage)
+                                    : String();
 }
 
 std::string Page::classesOf(std::size_t nColumn, bool bCell) const

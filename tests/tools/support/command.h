@@ -13,12 +13,20 @@ struct CommandResult
     std::string sErrors;
 };
 
+// How standard input reaches a program.
+enum InputKind
+{
+    kFromFile,
+    kFromPipe  // of at most some 60,000 bytes
+};
+
 // Runs the built command with these arguments and this text as standard input.
-CommandResult runCommand(const std::vector<std::string>& vArguments, const std::string& sInput = std::string());
+CommandResult runCommand(const std::vector<std::string>& vArguments, const std::string& sInput = std::string(),
+                         InputKind eInput = kFromFile);
 
 // Runs any program, looked for as the shell does.
 CommandResult runProgram(const std::string& sProgram, const std::vector<std::string>& vArguments,
-                         const std::string& sInput = std::string());
+                         const std::string& sInput = std::string(), InputKind eInput = kFromFile);
 
 // A folder of its own for a test; goes away with everything in it.
 class TemporaryFolder
