@@ -39,6 +39,7 @@ public:
         return new StandIn;
     }
     WebValueFormatterHandle durationFormatter(const String&, const Locale&, const KTWUILanguage&,
+                                              ValueFormatterTypes::OutputType,
                                               ValueFormatterTypes::OutputType) const override
     {
         return new StandIn;

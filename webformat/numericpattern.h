@@ -21,10 +21,12 @@ public:
     // type.
     virtual WebValueFormatterHandle timeFormatter(int nStyle, const Locale& tLocale, const KTWUILanguage& tLanguage,
                                                   ValueFormatterTypes::OutputType eOutput) const = 0;
-    // The formatter of a duration bracket; the whole pattern is the duration's own.
+    // The formatter of a duration bracket; the whole pattern is the duration's own. `eParseOutput` as for
+    // NumericPattern::parse.
     virtual WebValueFormatterHandle durationFormatter(const String& sPattern, const Locale& tLocale,
                                                       const KTWUILanguage& tLanguage,
-                                                      ValueFormatterTypes::OutputType eOutput) const = 0;
+                                                      ValueFormatterTypes::OutputType eOutput,
+                                                      ValueFormatterTypes::OutputType eParseOutput) const = 0;
 };
 
 // The meaning of a numeric pattern: its sections, and the items of each in order.
@@ -131,7 +133,7 @@ public:
 
     // Compiles `sPattern` for `eOutput`. With `eParseOutput` = kLastType the section for `eOutput` is picked out of a
     // pattern with variants first; any other value says that the pattern is such a section, written for that output
-    // already. `pSource` null: the families' own factories. The pattern keeps no reference to its arguments.
+    // already. `pSource` null: the families' own factories, durations as doubles. The pattern keeps no reference to its arguments.
     static NumericPattern parse(const String& sPattern, const Locale& tLocale, OutputType eOutput,
                                 const KTWUILanguage& tLanguage,
                                 OutputType eParseOutput = ValueFormatterTypes::kLastType,

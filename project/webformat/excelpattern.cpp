@@ -55,6 +55,7 @@ public:
         return nullptr;
     }
     WebValueFormatterHandle durationFormatter(const String&, const Locale&, const KTWUILanguage&,
+                                              ValueFormatterTypes::OutputType,
                                               ValueFormatterTypes::OutputType) const override
     {
         return nullptr;

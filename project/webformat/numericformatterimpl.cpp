@@ -3,6 +3,7 @@
 #include "project/webformat/numericinfo.h"
 #include "project/webformat/numericprogram.h"
 #include "project/webformat/numericrenderer.h"
+#include "project/webformat/numericsubformatters.h"
 #include "utilities/stringutils.h"
 #include "webformat/formatterconfig.h"
 
@@ -74,7 +75,9 @@ NumericFormatterImpl<T>::NumericFormatterImpl(const String& sPattern, const Loca
                                               ExcelEvalauteFormatMask eExcelMask,
                                               const NumericSubFormatterSource* pSource)
     : m_pProgram(std::make_unique<const NumericProgram>(
-          NumericPattern::parse(sPattern, tLocale, eOutput, tLanguage, eParseOutput, pSource), tLocale, eOutput)),
+          NumericPattern::parse(sPattern, tLocale, eOutput, tLanguage, eParseOutput,
+                                pSource ? pSource : &ownSubFormatters<T>()),
+          tLocale, eOutput)),
       m_nMaxSignificantDigits(FormatterConfig::maxSignificantDigitsSource()),
       m_sPattern(sPattern),
       m_eOutput(eOutput),

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "intl/locale.h"
+#include "project/webformat/numericsubformatters.h"
 #include "project/webformat/scalenames.h"
 #include "utilities/stringutils.h"
 #include "webformat/dateformatters.h"
@@ -66,27 +67,6 @@ std::wstring_view afterColon(std::wstring_view sContent, std::wstring_view sPref
     return sContent.substr(std::min(sPrefix.size() + 1, sContent.size()));
 }
 
-// The families' own factories.
-class OwnFactories final : public NumericSubFormatterSource
-{
-public:
-    WebValueFormatterHandle timeFormatter(int nStyle, const Locale& tLocale, const KTWUILanguage& tLanguage,
-                                          ValueFormatterTypes::OutputType eOutput) const override
-    {
-        return WebDateFormatter::CreateDefaultDateFormatter(static_cast<WebDateFormatDefinition::Type>(nStyle), tLocale,
-                                                            tLanguage, eOutput);
-    }
-
-    // No duration family: no formatter applies.
-    WebValueFormatterHandle durationFormatter(const String&, const Locale&, const KTWUILanguage&,
-                                              ValueFormatterTypes::OutputType) const override
-    {
-        return WebValueFormatterHandle();
-    }
-};
-
-constinit const OwnFactories kOwnFactories;
-
 }  // namespace
 
 NumericSubFormatterSource::~NumericSubFormatterSource() = default;
@@ -107,6 +87,7 @@ public:
 
     NumericPattern parse(OutputType eParseOutput)
     {
+        m_eParseOutput = eParseOutput;
         m_eLiteralType = eParseOutput;
         m_tPattern.m_sSource = m_sWholePattern;
         if (eParseOutput == ValueFormatterTypes::kLastType)
@@ -462,11 +443,18 @@ private:
         m_pSection->vDigits.clear();
         m_vFractionDigits.clear();
         Item& tItem = add(Item::kDuration);
-        const bool bFirstSection = m_tPattern.m_vSections.size() == 1;
-        const String sDuration = bFirstSection ? m_sWholePattern : String(m_sText.substr(m_pSection->nSourceStart));
-        tItem.hSubFormatter = m_tSource.durationFormatter(sDuration, m_tLocale, m_tLanguage, m_eOutput);
+        tItem.hSubFormatter = durationFormatter();
         applyUnit(tItem, sContent, kUnits);
         m_nAt = m_sText.size();
+    }
+
+    // The first section's is made of the pattern as it was given; what stands behind a ";" has been picked already.
+    WebValueFormatterHandle durationFormatter() const
+    {
+        if (m_tPattern.m_vSections.size() == 1)
+            return m_tSource.durationFormatter(m_sWholePattern, m_tLocale, m_tLanguage, m_eOutput, m_eParseOutput);
+        return m_tSource.durationFormatter(String(m_sText.substr(m_pSection->nSourceStart)), m_tLocale, m_tLanguage,
+                                           m_eOutput, m_eLiteralType);
     }
 
     void addScaleName(std::wstring_view sName)
@@ -563,6 +551,7 @@ private:
     const NumericSubFormatterSource& m_tSource;
 
     NumericPattern m_tPattern;
+    OutputType m_eParseOutput = ValueFormatterTypes::kLastType;
     OutputType m_eLiteralType = ValueFormatterTypes::kText;
     std::wstring_view m_sText;
     std::size_t m_nAt = 0;
@@ -581,7 +570,7 @@ NumericPattern NumericPattern::parse(const String& sPattern, const Locale& tLoca
                                      const KTWUILanguage& tLanguage, OutputType eParseOutput,
                                      const NumericSubFormatterSource* pSource)
 {
-    const NumericSubFormatterSource& tSource = pSource ? *pSource : kOwnFactories;
+    const NumericSubFormatterSource& tSource = pSource ? *pSource : ownSubFormatters<double>();
     return NumericPatternParser(sPattern, tLocale, eOutput, tLanguage, tSource).parse(eParseOutput);
 }
 

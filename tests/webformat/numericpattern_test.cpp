@@ -296,13 +296,16 @@ public:
     }
 
     WebValueFormatterHandle durationFormatter(const String& sPattern, const Locale&, const KTWUILanguage&,
-                                              ValueFormatterTypes::OutputType) const override
+                                              ValueFormatterTypes::OutputType,
+                                              ValueFormatterTypes::OutputType eParseOutput) const override
     {
         m_sAsked += "duration " + toUtf8(sPattern) + ";";
+        m_eParseOutput = eParseOutput;
         return WebValueFormatterHandle();
     }
 
     mutable std::string m_sAsked;
+    mutable ValueFormatterTypes::OutputType m_eParseOutput = ValueFormatterTypes::kText;
 };
 
 struct BracketRow
@@ -346,6 +349,9 @@ TEST(NumericPattern, AsksTheOtherFamiliesForTheFormattersOfItsBrackets)
         EXPECT_EQ(tItem.nMultiplierNumerator, tRow.nNumerator) << "row at line " << tRow.nLine;
         EXPECT_EQ(tItem.nMultiplierDenominator, tRow.nDenominator) << "row at line " << tRow.nLine;
         EXPECT_EQ(tFamilies.m_sAsked, tRow.pAsked) << "row at line " << tRow.nLine;
+        const bool bDuration = tItem.eType == Item::kDuration;
+        EXPECT_EQ(tFamilies.m_eParseOutput, bDuration ? ValueFormatterTypes::kLastType : ValueFormatterTypes::kText)
+            << "row at line " << tRow.nLine;
     }
 }
 
@@ -355,6 +361,11 @@ TEST(NumericPattern, GivesADurationOfALaterSectionTheRestOfThePattern)
     NumericPattern::parse(L"0;a[duration]h", Locale::kUSA, ValueFormatterTypes::kText, KTWUILanguage::kDefaultLanguage,
                           ValueFormatterTypes::kLastType, &tFamilies);
     EXPECT_EQ(tFamilies.m_sAsked, "duration a[duration]h;");
+    EXPECT_EQ(tFamilies.m_eParseOutput, ValueFormatterTypes::kText);
+    NumericPattern::parse(L"0[html]0;<b>[duration]h", Locale::kUSA, ValueFormatterTypes::kHTML,
+                          KTWUILanguage::kDefaultLanguage, ValueFormatterTypes::kLastType, &tFamilies);
+    EXPECT_EQ(tFamilies.m_sAsked, "duration a[duration]h;duration <b>[duration]h;");
+    EXPECT_EQ(tFamilies.m_eParseOutput, ValueFormatterTypes::kHTML);
 }
 
 TEST(NumericPattern, ItemsThatShowNoPartOfTheValueCarryZeroAndOne)

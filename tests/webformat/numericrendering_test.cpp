@@ -412,7 +412,7 @@ public:
     {
         return new StandInTime;
     }
-    WebValueFormatterHandle durationFormatter(const String&, const Locale&, const KTWUILanguage&,
+    WebValueFormatterHandle durationFormatter(const String&, const Locale&, const KTWUILanguage&, OutputType,
                                               OutputType) const override
     {
         return new StandInDuration;
@@ -478,7 +478,7 @@ TEST(NumericRendering, ThrowsWhereATimeHasNoFormatter)
             {
                 return nullptr;
             }
-            WebValueFormatterHandle durationFormatter(const String&, const Locale&, const KTWUILanguage&,
+            WebValueFormatterHandle durationFormatter(const String&, const Locale&, const KTWUILanguage&, OutputType,
                                                       OutputType) const override
             {
                 return nullptr;

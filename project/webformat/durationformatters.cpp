@@ -1,0 +1,241 @@
+#include "webformat/durationformatters.h"
+
+#include "project/webformat/durationarithmetic.h"
+#include "project/webformat/durationprogram.h"
+#include "project/webformat/numericinfo.h"
+#include "webbedrock/assertion.h"
+#include "webformat/numericformatter.h"
+
+namespace tov {
+
+namespace {
+
+constexpr char kSource[] = "webformat/durationformatters";
+constexpr wchar_t kDefaultPattern[] = L"[duration(sec)] dd\"d\":hh\"h\":mm\"m\":ss\"s\"";
+constexpr wchar_t kNumberPattern[] = L"#00";
+constexpr std::wstring_view kNonBreakingSpace = L"&nbsp;";
+
+constexpr unsigned kSecondsOfDay = 86400;
+constexpr unsigned kSecondsOfHour = 3600;
+constexpr unsigned kSecondsOfMinute = 60;
+
+// Gives a buffer its old contents back unless all went well.
+class BufferGuard
+{
+public:
+    explicit BufferGuard(StringBufferBaseTemplate<wchar_t>& tBuffer) : m_tBuffer(tBuffer), m_nLength(tBuffer.length())
+    {
+    }
+    BufferGuard(const BufferGuard&) = delete;
+    BufferGuard& operator=(const BufferGuard&) = delete;
+    ~BufferGuard() { m_tBuffer.truncate(m_nLength); }
+
+    void keep() { m_nLength = m_tBuffer.length(); }
+
+private:
+    StringBufferBaseTemplate<wchar_t>& m_tBuffer;
+    std::size_t m_nLength;
+};
+
+// What a unit of the pattern takes of the seconds that are left.
+template <class T>
+T takeUnit(T& tRest, DurationFormat::EDurationType eUnit, unsigned nLength, const DurationFormatList& tFormats)
+{
+    using Arithmetic = DurationArithmetic<T>;
+    if (tFormats.needsRoundingRule(eUnit))
+        return Arithmetic::calculateWithRounding(tRest, nLength, tFormats.m_eRoundRule);
+    T tQuotient = Arithmetic::floorQuotient(tRest, nLength);
+    tRest = Arithmetic::remainder(tRest, nLength);
+    return tQuotient;
+}
+
+template <class T>
+Duration<T> split(T tRest, const DurationFormatList& tFormats)
+{
+    Duration<T> tDuration;
+    if (tFormats.m_bHasDay)
+        tDuration.m_tDays = takeUnit(tRest, DurationFormat::kDay, kSecondsOfDay, tFormats);
+    if (tFormats.m_bHasHour)
+        tDuration.m_tHours = takeUnit(tRest, DurationFormat::kHour, kSecondsOfHour, tFormats);
+    if (tFormats.m_bHasMinute)
+        tDuration.m_tMinutes = takeUnit(tRest, DurationFormat::kMinute, kSecondsOfMinute, tFormats);
+    if (tFormats.m_bHasSecond)
+        tDuration.m_tSeconds = tRest;
+    return tDuration;
+}
+
+}  // namespace
+
+template <class T>
+Duration<T>::~Duration() = default;
+
+template <class T>
+DurationFormatter<T>::DurationFormatter(const Locale& tLocale, OutputType eOutput, const KTWUILanguage& tLanguage)
+    : DurationFormatter(eOutput, NumericFormatter<T>::CreateFormatter(WebCustomFormatDefinition(kNumberPattern),
+                                                                      tLocale, eOutput, tLanguage))
+{
+}
+
+template <class T>
+DurationFormatter<T>::DurationFormatter(OutputType eOutput, const WebValueFormatterHandle& hDurationNumberFormatter)
+    : WebValueFormatter(NumericInfo<T>::kStorage),
+      m_eOutput(eOutput),
+      m_hDurationNumberFormatter(hDurationNumberFormatter),
+      m_pProgram(std::make_unique<DurationProgram>())
+{
+    WEBFORMAT_ASSERT(kSource, !m_hDurationNumberFormatter.isNull());
+}
+
+template <class T>
+DurationFormatter<T>::~DurationFormatter() = default;
+
+template <class T>
+WebValueFormatterHandle DurationFormatter<T>::ParseCustomFormat(const String& sPattern, const Locale& tLocale,
+                                                                OutputType eOutput, const KTWUILanguage& tLanguage,
+                                                                OutputType eParseOutput)
+{
+    const Handle<DurationFormatter> hFormatter(WEBFORMAT_NEW(kSource) DurationFormatter(tLocale, eOutput, tLanguage));
+    hFormatter.getPointer()->adopt(DurationPattern::parse(sPattern, eOutput, eParseOutput));
+    return hFormatter;
+}
+
+template <class T>
+WebValueFormatterHandle DurationFormatter<T>::CreateFormatter(const WebValueFormatDefinitionHandle& hDefinition,
+                                                              const Locale& tLocale, OutputType eOutput,
+                                                              const KTWUILanguage& tLanguage)
+{
+    if (const auto* pCustom = dynamic_cast<const WebCustomFormatDefinition*>(hDefinition.getPointer()))
+        return ParseCustomFormat(pCustom->GetCustomFormat(), tLocale, eOutput, tLanguage);
+    return ParseCustomFormat(kDefaultPattern, tLocale, eOutput, KTWUILanguage::kDefaultLanguage);
+}
+
+template <class T>
+void DurationFormatter<T>::adopt(const DurationPattern& tPattern)
+{
+    m_sCustomFormat = tPattern.sourceText();
+    m_tFormats = tPattern.formats();
+    for (const DurationFormat& tFormat : m_tFormats.m_vDurationFormats)
+        m_pProgram->append(tFormat);
+}
+
+template <class T>
+void DurationFormatter<T>::addFormat(const DurationFormat& tFormat)
+{
+    m_tFormats.addFormat(tFormat);
+    m_pProgram->append(tFormat);
+}
+
+template <class T>
+void DurationFormatter<T>::addUnit(DurationFormat::EDurationType eUnit, unsigned nPad, EOptionalBasedOn eBasis)
+{
+    DurationFormat tFormat;
+    tFormat.eType = eUnit;
+    tFormat.eOptionalBasedOn = eBasis;
+    tFormat.nPad = nPad;
+    addFormat(tFormat);
+}
+
+template <class T>
+void DurationFormatter<T>::addText(DurationFormat::EDurationType eType, const String& sText, EOptionalBasedOn eBasis)
+{
+    DurationFormat tFormat;
+    tFormat.eType = eType;
+    tFormat.eOptionalBasedOn = eBasis;
+    tFormat.sText = sText;
+    addFormat(tFormat);
+}
+
+template <class T>
+void DurationFormatter<T>::addDayDuration(unsigned nPad, EOptionalBasedOn eBasis)
+{
+    addUnit(DurationFormat::kDay, nPad, eBasis);
+}
+
+template <class T>
+void DurationFormatter<T>::addHourDuration(unsigned nPad, EOptionalBasedOn eBasis)
+{
+    addUnit(DurationFormat::kHour, nPad, eBasis);
+}
+
+template <class T>
+void DurationFormatter<T>::addMinuteDuration(unsigned nPad, EOptionalBasedOn eBasis)
+{
+    addUnit(DurationFormat::kMinute, nPad, eBasis);
+}
+
+template <class T>
+void DurationFormatter<T>::addSecondDuration(unsigned nPad, EOptionalBasedOn eBasis)
+{
+    addUnit(DurationFormat::kSecond, nPad, eBasis);
+}
+
+template <class T>
+void DurationFormatter<T>::addSeparator(const String& sText, EOptionalBasedOn eBasis)
+{
+    addText(DurationFormat::kSeparator, sText, eBasis);
+}
+
+template <class T>
+void DurationFormatter<T>::addChar(wchar_t nChar, EOptionalBasedOn eBasis)
+{
+    addText(DurationFormat::kText, String(1, nChar), eBasis);
+}
+
+template <class T>
+typename DurationFormatter<T>::OutputType DurationFormatter<T>::outputType() const
+{
+    return m_eOutput;
+}
+
+template <class T>
+String DurationFormatter<T>::GetCustomFormatString() const
+{
+    return m_sCustomFormat;
+}
+
+template <class T>
+void DurationFormatter<T>::impl_formatToBuffer(StringBufferBaseTemplate<wchar_t>& tBuffer, const void* pValue) const
+{
+    if (pValue)
+        FormatValue(tBuffer, split(*static_cast<const T*>(pValue), m_tFormats));
+    else if (m_eOutput == kHTML)
+        tBuffer.append(kNonBreakingSpace);
+}
+
+template <class T>
+void DurationFormatter<T>::FormatValue(StringBufferBaseTemplate<wchar_t>& tBuffer, const Duration<T>& tDuration) const
+{
+    BufferGuard tGuard(tBuffer);
+    // In the order of the units' and the bases' numbers.
+    const T* const aUnits[] = {&tDuration.m_tDays, &tDuration.m_tHours, &tDuration.m_tMinutes, &tDuration.m_tSeconds};
+    const T tZero = T();
+    unsigned nHidden = 0;  // one bit a basis
+    for (unsigned nUnit = 0; nUnit < std::size(aUnits); ++nUnit)
+        nHidden |= (*aUnits[nUnit] == tZero ? 1u : 0u) << nUnit;
+    for (const DurationProgram::Step& tStep : m_pProgram->steps())
+    {
+        if (nHidden >> tStep.nBasis & 1)
+            continue;
+        if (tStep.bText)
+            tBuffer.append(m_pProgram->text(tStep));
+        else
+            m_hDurationNumberFormatter->formatToBuffer(tBuffer, aUnits[tStep.nUnit]);
+    }
+    tGuard.keep();
+}
+
+template class Duration<double>;
+template class Duration<int>;
+template class Duration<unsigned int>;
+template class Duration<long>;
+template class Duration<unsigned long>;
+template class Duration<CorvidNumber>;
+
+template class DurationFormatter<double>;
+template class DurationFormatter<int>;
+template class DurationFormatter<unsigned int>;
+template class DurationFormatter<long>;
+template class DurationFormatter<unsigned long>;
+template class DurationFormatter<CorvidNumber>;
+
+}  // namespace tov

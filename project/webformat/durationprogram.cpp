@@ -1,0 +1,28 @@
+#include "project/webformat/durationprogram.h"
+
+#include <algorithm>
+
+namespace tov {
+
+// Types and bases may be any number: what is no unit is text, what is no unit's basis always appears.
+void DurationProgram::append(const DurationFormat& tFormat)
+{
+    const auto nType = static_cast<unsigned>(tFormat.eType);
+    const auto nBasis = std::min<unsigned>(static_cast<unsigned>(tFormat.eOptionalBasedOn), DurationFormat::kRequired);
+    if (nType > DurationFormat::kSecond)
+        appendText(tFormat, static_cast<std::uint8_t>(nBasis));
+    else
+        m_vSteps.push_back({false, static_cast<std::uint8_t>(nType), static_cast<std::uint8_t>(nBasis), 0, 0});
+}
+
+void DurationProgram::appendText(const DurationFormat& tFormat, std::uint8_t nBasis)
+{
+    if (tFormat.sText.empty())
+        return;
+    if (m_vSteps.empty() || !m_vSteps.back().bText || m_vSteps.back().nBasis != nBasis)
+        m_vSteps.push_back({true, 0, nBasis, static_cast<std::uint32_t>(m_sTexts.size()), 0});
+    m_vSteps.back().nTextLength += static_cast<std::uint32_t>(tFormat.sText.size());
+    m_sTexts += tFormat.sText;
+}
+
+}  // namespace tov
