@@ -4,6 +4,8 @@
 #include <optional>
 #include <vector>
 
+#include "project/webformat/exceldatepattern.h"
+#include "project/webformat/excelliterals.h"
 #include "webformat/numericpattern.h"
 
 namespace tov {
@@ -12,9 +14,6 @@ namespace {
 
 using Item = NumericPattern::Item;
 using Section = NumericPattern::Section;
-
-// The longest pattern that Excel takes, in UTF-16 units.
-constexpr std::size_t kLongestPattern = 255;
 
 // What Excel shows as it stands. The slash is not among them: between digits it makes a fraction.
 constexpr std::wstring_view kBareCharacters = L" $-+():";
@@ -74,7 +73,7 @@ public:
         for (const Item& tItem : m_tSection.vDigits)
         {
             addItem(tItem);
-            if (m_vTokens.size() > kLongestPattern)
+            if (m_vTokens.size() > kLongestExcelPattern)
                 return std::nullopt;
         }
         return std::move(m_vTokens);
@@ -97,7 +96,7 @@ private:
     // One token a character; the item that only widens the first run to the left has none.
     void addDigits(const Item& tItem)
     {
-        const std::size_t nRun = std::min<std::size_t>(tItem.nSourceEnd - tItem.nSourceStart, kLongestPattern + 1);
+        const std::size_t nRun = std::min<std::size_t>(tItem.nSourceEnd - tItem.nSourceStart, kLongestExcelPattern + 1);
         for (std::size_t nAt = 0; nAt < nRun; ++nAt)
             m_vTokens.push_back({Token::kDigit, digitOf(tItem)});
     }
@@ -200,7 +199,7 @@ bool scaleDigits(Tokens& vTokens, std::int64_t nPower10)
     std::int64_t nActive = 0;
     while (nActive <= nSigns && (2 * nActive < nPower10 || (2 * nActive - nPower10) % 3 != 0))
         ++nActive;
-    if (nActive > nSigns || 2 * nActive - nPower10 > static_cast<std::int64_t>(3 * kLongestPattern))
+    if (nActive > nSigns || 2 * nActive - nPower10 > static_cast<std::int64_t>(3 * kLongestExcelPattern))
         return false;
     const std::size_t nCommas = static_cast<std::size_t>((2 * nActive - nPower10) / 3);
     for (auto tAt = vTokens.begin(); nActive > 0; --nActive)
@@ -212,25 +211,17 @@ bool scaleDigits(Tokens& vTokens, std::int64_t nPower10)
     return true;
 }
 
-bool isControl(wchar_t nChar)
-{
-    return nChar < L' ' || nChar == 0x7F;
-}
-
 // Writes tokens as Excel reads them; adjacent literals become one.
 class TokenWriter
 {
 public:
-    // No value for text that no Excel pattern can hold.
-    std::optional<String> write(const Tokens& vTokens, bool bRed)
+    String write(const Tokens& vTokens, bool bRed)
     {
         if (bRed)
             m_sPattern = L"[red]";
         for (const Token& tToken : vTokens)
             add(tToken);
         flushLiteral();
-        if (std::any_of(m_sPattern.begin(), m_sPattern.end(), isControl))
-            return std::nullopt;
         return std::move(m_sPattern);
     }
 
@@ -263,29 +254,8 @@ private:
 
     void flushLiteral()
     {
-        if (m_sLiteral.find_first_not_of(kBareCharacters) == String::npos)
-            m_sPattern += m_sLiteral;
-        else
-            appendQuoted();
+        appendExcelLiteral(m_sPattern, m_sLiteral, kBareCharacters);
         m_sLiteral.clear();
-    }
-
-    // Quotes and backslashes stand outside the quoted pieces, each behind a backslash.
-    void appendQuoted()
-    {
-        bool bOpen = false;
-        for (const wchar_t nChar : m_sLiteral)
-        {
-            const bool bEscape = nChar == L'"' || nChar == L'\\';
-            if (bOpen == bEscape)
-                m_sPattern += L'"';
-            bOpen = !bEscape;
-            if (bEscape)
-                m_sPattern += L'\\';
-            m_sPattern += nChar;
-        }
-        if (bOpen)
-            m_sPattern += L'"';
     }
 
     String m_sPattern;
@@ -345,9 +315,8 @@ bool isBareText(const NumericPattern& tPattern, const Item& tItem)
            std::wstring_view(L"\"\\.$%[").find(tPattern.sourceText()[tItem.nSourceStart]) == std::wstring_view::npos;
 }
 
-// Whether a pattern is one of dates or of text rather than of numbers. A definition does not say; what shows digits is
-// for numbers, what shows none and holds letters of the calendar, its brackets or the sign for a text's value is not.
-// Patterns of the calendar get no Excel pattern here.
+// Whether a pattern that is not one of dates is not one of numbers either: it shows no digits, and holds letters or a
+// bracket of the calendar, or the sign for a text's value.
 bool isOtherLanguage(const NumericPattern& tPattern)
 {
     const std::vector<Item>& vItems = tPattern.sections().front().vDigits;
@@ -366,12 +335,6 @@ bool isOtherLanguage(const NumericPattern& tPattern)
                        });
 }
 
-std::size_t utf16Length(std::wstring_view sText)
-{
-    const auto nSupplementary = std::count_if(sText.begin(), sText.end(), [](wchar_t nChar) { return nChar > 0xFFFF; });
-    return sText.size() + static_cast<std::size_t>(nSupplementary);
-}
-
 }  // namespace
 
 String excelPatternOf(const String& sPattern, const Locale& tLocale, const KTWUILanguage& tLanguage)
@@ -379,6 +342,8 @@ String excelPatternOf(const String& sPattern, const Locale& tLocale, const KTWUI
     const NoSubFormatters tSource;
     const NumericPattern tPattern = NumericPattern::parse(sPattern, tLocale, ValueFormatterTypes::kText, tLanguage,
                                                           ValueFormatterTypes::kLastType, &tSource);
+    if (isDatePattern(tPattern.sourceText()))
+        return excelDatePatternOf(sPattern, tLocale, tLanguage);
     const std::vector<Section>& vSections = tPattern.sections();
     if (!vSections.front().bValidExcelPattern || isOtherLanguage(tPattern))
         return String();
@@ -393,7 +358,7 @@ String excelPatternOf(const String& sPattern, const Locale& tLocale, const KTWUI
         const auto orNothing = [](const String& sSection) { return sSection.empty() ? String(L"\"\"") : sSection; };
         tExcel = orNothing(*tExcel) + L";" + orNothing(*tNegative);
     }
-    return tExcel && utf16Length(*tExcel) <= kLongestPattern ? *tExcel : String();
+    return tExcel ? checkedExcelPattern(*tExcel).value_or(String()) : String();
 }
 
 String escapedForStyle(const String& sExcelPattern)

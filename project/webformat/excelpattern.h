@@ -7,8 +7,9 @@ namespace tov {
 class KTWUILanguage;
 class Locale;
 
-// The Excel number-format pattern under which a spreadsheet shows cell values as a numeric formatter of `sPattern`
-// shows the values that they stand for; empty where Excel has no such pattern.
+// The Excel number-format pattern under which a spreadsheet shows cell values as a formatter of `sPattern` shows the
+// values that they stand for; empty where Excel has no such pattern. Patterns of dates (see `isDatePattern`) go to
+// `excelDatePatternOf`; the rest is about numbers.
 //
 //   #,##0.00;[red](#,##0.00)    ->  #,##0.00;[red](#,##0.00)
 //   ??.0## kg                   ->  00.0##" kg"
@@ -24,7 +25,7 @@ class Locale;
 // other bases ("[%60]"), that hold a day, month, time or duration, that show a fraction without an integer part (Excel
 // would show the integer part too), that group and fill with zeros past the thousands ("0,000": Excel would group the
 // zeros), for a negative section whose power of ten cannot be told in commas and percent
-// signs, for control characters, for results of more than 255 UTF-16 units, and for patterns of the calendar or of
+// signs, for control characters, for results of more than 255 UTF-16 units, and for patterns of
 // text.
 //
 // Time and memory are linear in the length of the pattern. Any thread.

@@ -196,7 +196,10 @@ constexpr StyleRow kStyleRows[] = {
      L"mso-number-format:'0&quot;\\&#39;&lt;&amp;&gt;&quot;';"},
     {__LINE__, L"0\\\"", L"0\\\\&quot;", L"0\\\"", L"mso-number-format:'0\\\\&quot;';"},
     {__LINE__, L"[duration]", L"", L"", L""},
-    {__LINE__, L"yyyy-MM-dd", L"", L"", L""},
+    {__LINE__, L"yyyy-MM-dd[TZ:EST]", L"yyyy-mm-dd", L"yyyy-mm-dd", L"mso-number-format:'yyyy-mm-dd';"},
+    {__LINE__, L"d \"o'clock\"", L"d&quot; o\\&#39;clock&quot;", L"d\" o'clock\"",
+     L"mso-number-format:'d&quot; o\\&#39;clock&quot;';"},
+    {__LINE__, L"[L:de-DE]dddd", L"", L"", L""},
     {__LINE__, L"[$:currencyTagColumn=X]", L"", L"", L""},
     {__LINE__, L"", L"", L"", L""},
 };

@@ -190,10 +190,6 @@ constexpr Row kOtherRows[] = {
     {__LINE__, L"[FMT:timeHourMin]", L""},
     {__LINE__, L"[duration]", L""},
     {__LINE__, L".00", L""},  // Excel would show the integer part
-    {__LINE__, L"yyyy-MM-dd", L""},
-    {__LINE__, L"yyyy-MM-dd HH:mm:ss.###", L""},
-    {__LINE__, L"d", L""},
-    {__LINE__, L"\"T\" [FMT:dateShort]", L""},
     {__LINE__, L"\"on \" [L:de-DE]", L""},
     {__LINE__, L"\"x\"[TZ:EST]", L""},
     {__LINE__, L"@", L""},
