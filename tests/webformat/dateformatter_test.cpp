@@ -6,6 +6,7 @@
 #include "intl/localetaglookup.h"
 #include "support/allocationcounter.h"
 #include "support/collected.h"
+#include "support/datereference.h"
 #include "webbedrock/utf8.h"
 #include "webformat/dateformatterimpl.h"
 #include "webformat/formatterconfig.h"
@@ -512,6 +513,66 @@ TEST(StandardDateFormatter, HandsEveryValueToTheVirtualOperation)
     Shouting tFormatter;
     tFormatter.AddDay(0);
     EXPECT_EQ(tFormatter.formatAsString(&kMorning), L"5!");
+}
+
+// Patterns and moments at random, moments outside the calendar among them.
+TEST(StandardDateFormatter, ShowsWhatAWalkOverTheElementsShows)
+{
+    static constexpr const wchar_t* kPieces[] = {L"y",
+                                                 L"yy",
+                                                 L"yyy",
+                                                 L"yyyy",
+                                                 L"M",
+                                                 L"MM",
+                                                 L"MMM",
+                                                 L"MMMM",
+                                                 L"d",
+                                                 L"dd",
+                                                 L"ddd",
+                                                 L"dddd",
+                                                 L"DDDD",
+                                                 L"ddddd",
+                                                 L"h",
+                                                 L"hh",
+                                                 L"H",
+                                                 L"HH",
+                                                 L"m",
+                                                 L"mm",
+                                                 L"s",
+                                                 L"ss",
+                                                 L"ss.000",
+                                                 L"s.#0#####",
+                                                 L"t",
+                                                 L"gg",
+                                                 L"TZ",
+                                                 L"-",
+                                                 L": ",
+                                                 L"\"<literal of more than a block>\"",
+                                                 L"\"\"",
+                                                 L"[L:ru-RU;dates]",
+                                                 L"[L:ko-KR]",
+                                                 L"[L:]",
+                                                 L"[FMT:dateLong]",
+                                                 L"[FMT:timeStampTyped]"};
+    std::mt19937 tRandom(99);
+    const Locale aLocales[] = {Locale::kUSA, localeOf(L"ru-RU"), localeOf(L"de-DE")};
+    for (int n = 0; n < 5'000; ++n)
+    {
+        String sPattern;
+        for (unsigned nPieces = tRandom() % 12; nPieces > 0; --nPieces)
+            sPattern += kPieces[tRandom() % std::size(kPieces)];
+        const auto eOutput = static_cast<OutputType>(tRandom() % kLastType);
+        const Locale& tLocale = aLocales[tRandom() % std::size(aLocales)];
+        StandardDateFormatter tFormatter(tLocale, KTWUILanguage::kDefaultLanguage, sPattern, eOutput);
+        tFormatter.addCustomFormat(sPattern, tLocale, eOutput);
+        const int nYear = tRandom() % 8 ? static_cast<int>(tRandom() % 9999) + 1 : static_cast<int>(tRandom());
+        const bool bAnyByte = tRandom() % 8 == 0;
+        const DateTime tValue(nYear, tRandom() % (bAnyByte ? 256 : 12) + 1, tRandom() % (bAnyByte ? 256 : 28) + 1,
+                              tRandom() % (bAnyByte ? 256 : 24), tRandom() % 60, tRandom() % 60,
+                              tRandom() % 1'000'000'000);
+        EXPECT_EQ(toUtf8(tFormatter.formatAsString(&tValue)), toUtf8(DateReference(tFormatter.pattern()).show(tValue)))
+            << toUtf8(sPattern);
+    }
 }
 
 constexpr const wchar_t* kManyKinds[] = {
