@@ -2,14 +2,17 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <fstream>
 #include <limits>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "intl/localetaglookup.h"
 #include "webbedrock/utf8.h"
+#include "webformat/dateformatters.h"
 #include "webformat/numericformatter.h"
 
 namespace tov {
@@ -89,9 +92,33 @@ double numberOf(const std::string& sValue)
     return tFound == kNames.end() ? std::stod(sValue) : tFound->second;
 }
 
+// "2024-03-05 07:08:09" with or without a fraction of the second; no value for anything else.
+std::optional<DateTime> momentOf(const std::string& sValue)
+{
+    int nYear = 0;
+    unsigned nMonth = 0, nDay = 0, nHour = 0, nMinute = 0, nSecond = 0;
+    int nLength = 0;
+    if (std::sscanf(sValue.c_str(), "%4d-%2u-%2u %2u:%2u:%2u%n", &nYear, &nMonth, &nDay, &nHour, &nMinute, &nSecond,
+                    &nLength) != 6)
+        return std::nullopt;
+    const std::string sFraction = sValue.substr(static_cast<std::size_t>(nLength));
+    const std::string sNanoseconds = sFraction.empty() ? "" : sFraction.substr(1);
+    return DateTime(nYear, nMonth, nDay, nHour, nMinute, nSecond,
+                    static_cast<unsigned>(std::stoul(sNanoseconds + std::string(9 - sNanoseconds.size(), '0'))));
+}
+
+std::string formatDate(const Example& tExample, const DateTime& tValue)
+{
+    return toUtf8(WebDateFormatter::ParseCustomFormat(tExample.sPattern, localeOf(tExample.sSetting),
+                                                      KTWUILanguage::kDefaultLanguage, outputOf(tExample.sSetting))
+                      ->formatAsString(&tValue));
+}
+
 std::string textOf(const Example& tExample)
 {
     const std::string& sValue = tExample.sValue;
+    if (const std::optional<DateTime> tMoment = momentOf(sValue))
+        return formatDate(tExample, *tMoment);
     if (sValue == "null")
         return format<double>(tExample, nullptr);
     if (sValue.starts_with("int64 "))
