@@ -100,8 +100,12 @@ UInt128 magnitude128(const Coefficient& tCoefficient)
 
 Coefficient powerOf10(unsigned nPower)
 {
-    if (nPower < kMaxDigits128)
+    constexpr unsigned kLargest = kMaxDigits128 - 1;
+    if (nPower <= kLargest)
         return coefficientOf(kPowersOf10[nPower]);
+    // Held without the heap, as the squares on the way of mp::pow are not.
+    if (nPower <= 2 * kLargest)
+        return coefficientOf(kPowersOf10[kLargest]) * coefficientOf(kPowersOf10[nPower - kLargest]);
     return mp::pow(Coefficient(10), nPower);
 }
 

@@ -29,9 +29,10 @@ namespace tov {
 // Equal values with different coefficients (1.5 and 1.50) compare equal and give the same text.
 //
 // Memory. Coefficients up to 256 bits (77 digits) are held inside the object. With coefficients up to 128 bits (38
-// digits) construction, copying, comparison, math::shiftPower10 and m_fcvt do not touch the heap. Out of memory throws
-// std::bad_alloc and leaves the operands as they were. A moved-from number is zero. Any number of threads may read one
-// object.
+// digits) construction, copying, comparison, math::shiftPower10 and m_fcvt do not touch the heap; with coefficients up
+// to 64 bits (19 digits) nor do quotients, their whole parts, their remainders and the conversions of all these. Out of
+// memory throws std::bad_alloc and leaves the operands as they were. A moved-from number is zero. Any number of threads
+// may read one object.
 class WEBFORMAT_EXPORT CorvidNumber
 {
 public:

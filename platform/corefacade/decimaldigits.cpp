@@ -49,21 +49,45 @@ std::uint64_t divideByTenTo19(std::uint64_t* pLimbs, std::size_t nLimbs)
     return nRemainder;
 }
 
-// More than two limbs.
-void appendLongDigits(StringBufferBaseTemplate<char>& tBuffer, std::vector<std::uint64_t> vLimbs)
+// How many groups of nineteen digits `nLimbs` limbs hold at most: one has 63.1 bits.
+constexpr std::size_t groupsOf(std::size_t nLimbs)
 {
-    std::vector<std::uint64_t> vGroups;
-    while (!vLimbs.empty())
+    return nLimbs + nLimbs / 64 + 1;
+}
+
+// Uses up the limbs and writes over the groups.
+void appendGroups(StringBufferBaseTemplate<char>& tBuffer, std::uint64_t* pLimbs, std::size_t nLimbs,
+                  std::uint64_t* pGroups)
+{
+    std::size_t nGroups = 0;
+    while (nLimbs > 0)
     {
-        vGroups.push_back(divideByTenTo19(vLimbs.data(), vLimbs.size()));
-        while (!vLimbs.empty() && vLimbs.back() == 0)
-            vLimbs.pop_back();
+        pGroups[nGroups++] = divideByTenTo19(pLimbs, nLimbs);
+        while (nLimbs > 0 && pLimbs[nLimbs - 1] == 0)
+            --nLimbs;
     }
-    if (!tBuffer.reserveFree(vGroups.size() * 19))
+    if (!tBuffer.reserveFree(nGroups * 19))
         return;
-    tBuffer.advance(writeDigits(tBuffer.freePlace(), vGroups.back()));
-    for (std::size_t n = vGroups.size() - 1; n-- > 0; tBuffer.advance(19))
-        writeNineteenDigits(tBuffer.freePlace(), vGroups[n]);
+    tBuffer.advance(writeDigits(tBuffer.freePlace(), pGroups[nGroups - 1]));
+    for (std::size_t n = nGroups - 1; n-- > 0; tBuffer.advance(19))
+        writeNineteenDigits(tBuffer.freePlace(), pGroups[n]);
+}
+
+// More than two limbs. Up to four, as quotients have them, need no heap.
+void appendLongDigits(StringBufferBaseTemplate<char>& tBuffer, const unsigned long long* pLimbs, std::size_t nLimbs)
+{
+    constexpr std::size_t kInlineLimbs = 4;
+    if (nLimbs <= kInlineLimbs)
+    {
+        std::uint64_t aLimbs[kInlineLimbs];
+        std::uint64_t aGroups[groupsOf(kInlineLimbs)];
+        std::copy_n(pLimbs, nLimbs, aLimbs);
+        appendGroups(tBuffer, aLimbs, nLimbs, aGroups);
+        return;
+    }
+    std::vector<std::uint64_t> vLimbs(pLimbs, pLimbs + nLimbs);
+    std::vector<std::uint64_t> vGroups(groupsOf(nLimbs));
+    appendGroups(tBuffer, vLimbs.data(), nLimbs, vGroups.data());
 }
 
 // Adds one to the number written in the digits [pFirst, pEnd); false when all were nines and are zeros now.
@@ -135,7 +159,7 @@ void appendDigits(StringBufferBaseTemplate<char>& tBuffer, const unsigned long l
 {
     if (nLimbs > 2)
     {
-        appendLongDigits(tBuffer, std::vector<std::uint64_t>(pLimbs, pLimbs + nLimbs));
+        appendLongDigits(tBuffer, pLimbs, nLimbs);
         return;
     }
     const UInt128 nHigh = nLimbs == 2 ? pLimbs[1] : 0;

@@ -674,6 +674,30 @@ TEST(CorvidNumber, NeedsNoHeapUpTo128Bits)
     EXPECT_EQ(tCounter.count(), 0U);
 }
 
+TEST(CorvidNumber, DividesUpTo64BitsWithoutTheHeap)
+{
+    StringBufferTemplate<char, 8192> tBuffer;
+    int nPoint = 0;
+    bool bNegative = false;
+    double fSum = 0;
+    const AllocationCounter tCounter;
+    for (const unsigned long nValue : {1UL, 93784UL, 9007199254740993UL, ~0UL})
+    {
+        for (const unsigned long nDivisor : {3UL, 7UL, 86400UL, ~0UL - 1})
+        {
+            const CorvidNumber tValue = math::shiftPower10(CorvidNumber(nValue), -5);
+            const CorvidNumber tDivisor(nDivisor);
+            const CorvidNumber tQuotient = tValue / tDivisor;
+            tQuotient.m_fcvt(tBuffer, 40, &nPoint, &bNegative);
+            fSum += tQuotient.asDouble() + math::floor(tQuotient + CorvidNumber(0.5)).asDouble() +
+                    math::ceiling(tQuotient).asDouble() + math::wholeQuotient(tValue, tDivisor).asDouble() +
+                    math::modulus(tValue, tDivisor).asDouble();
+        }
+    }
+    EXPECT_EQ(tCounter.count(), 0U);
+    EXPECT_GT(fSum, 0);
+}
+
 TEST(CorvidNumber, MovesAndSwapsLongNumbers)
 {
     const std::string sLong = repeated('7', 300);
