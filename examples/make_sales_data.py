@@ -3,8 +3,8 @@
 
     python3 make_sales_data.py [FOLDER]        (the folder of this script, unless another one is given)
 
-Only the standard library is used, and the same bytes come out every time: the numbers are drawn from a generator with
-a fixed seed, the images are written without compression, and the header field in which the database notes the version of
+Only the standard library is used, and the same bytes come out every time: the numbers are drawn from a generator with a
+fixed seed, the images are written without compression, and the header field in which the database notes the version of
 its library is set to a fixed one. The files in the tree are what this script writes.
 """
 

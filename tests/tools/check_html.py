@@ -3,9 +3,9 @@
 
     check_html.py FILE.html
 
-Wrong is: no HTML5 doctype, a missing or repeated element of the head, an end tag that closes nothing or not the innermost element, a
-bare "&" or "<", a character reference that does not exist, more than one table, a row of another number of cells than the
-headings. Exit status 1 then.
+Wrong is: no HTML5 doctype, a missing or repeated element of the head, an end tag that closes nothing or not the
+innermost element, a bare "&" or "<", a character reference that does not exist, more than one table, a row of another
+number of cells than the headings. Exit status 1 then.
 """
 
 import html.entities

@@ -20,7 +20,8 @@ constexpr std::string_view ksStyleSheet = R"css(
 }
 @media (prefers-color-scheme: dark) {
   :root {
-    --ink: #e4e8ed; --soft: #9aa5b1; --paper: #14181d; --head: #1f252c; --line: #2e363f; --hover: #1d2732; --red: #ff7a75;
+    --ink: #e4e8ed; --soft: #9aa5b1; --paper: #14181d; --head: #1f252c; --line: #2e363f; --hover: #1d2732;
+    --red: #ff7a75;
   }
 }
 * { box-sizing: border-box; }
@@ -46,7 +47,9 @@ td { white-space: nowrap; }
 tbody tr:hover td { background: var(--hover); }
 .number { text-align: right; font-variant-numeric: tabular-nums; }
 td.number { direction: ltr; unicode-bidi: isolate; }
-td.text { white-space: pre-line; min-width: 8rem; max-width: 18rem; overflow-wrap: break-word; unicode-bidi: plaintext; }
+td.text {
+  white-space: pre-line; min-width: 8rem; max-width: 18rem; overflow-wrap: break-word; unicode-bidi: plaintext;
+}
 td.text, th.text { text-align: left; }
 [dir="rtl"] td.text, [dir="rtl"] th.text { text-align: right; }
 td.data { max-width: 18rem; overflow-wrap: anywhere; white-space: normal; }
