@@ -12,7 +12,7 @@ namespace tov {
 class WEBFORMAT_EXPORT WebDateFormatDefinition : public WebValueFormatDefinition
 {
 public:
-    enum Type
+    enum Type : int
     {
         kShortDate = 0,
         kLongDate = 1,

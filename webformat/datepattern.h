@@ -49,7 +49,7 @@ class WEBFORMAT_EXPORT DatePattern
 public:
     using OutputType = ValueFormatterTypes::OutputType;
 
-    enum EDateType
+    enum EDateType : int
     {
         kYear = 0,
         kMonth = 1,

@@ -1,7 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <atomic>
 #include <random>
 #include <thread>
+#include <vector>
 
 #include "intl/localetaglookup.h"
 #include "support/allocationcounter.h"

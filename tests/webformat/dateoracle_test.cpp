@@ -7,6 +7,7 @@
 #include <unicode/gregocal.h>
 #include <unicode/smpdtfmt.h>
 
+#include <algorithm>
 #include <map>
 #include <memory>
 #include <random>
