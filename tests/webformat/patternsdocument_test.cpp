@@ -13,6 +13,7 @@
 #include "intl/localetaglookup.h"
 #include "webbedrock/utf8.h"
 #include "webformat/dateformatters.h"
+#include "webformat/durationformatters.h"
 #include "webformat/numericformatter.h"
 
 namespace tov {
@@ -114,11 +115,34 @@ std::string formatDate(const Example& tExample, const DateTime& tValue)
                       ->formatAsString(&tValue));
 }
 
+template <class T>
+std::string formatDuration(const Example& tExample, const T* pValue)
+{
+    return toUtf8(DurationFormatter<T>::ParseCustomFormat(tExample.sPattern, localeOf(tExample.sSetting),
+                                                          outputOf(tExample.sSetting), KTWUILanguage::kDefaultLanguage)
+                      ->formatAsString(pValue));
+}
+
+std::string textOfDuration(const Example& tExample, const std::string& sSeconds)
+{
+    if (sSeconds == "null")
+        return formatDuration<double>(tExample, nullptr);
+    if (sSeconds.starts_with("int64 "))
+    {
+        const long nValue = std::stol(sSeconds.substr(6));
+        return formatDuration(tExample, &nValue);
+    }
+    const double fValue = numberOf(sSeconds);
+    return formatDuration(tExample, &fValue);
+}
+
 std::string textOf(const Example& tExample)
 {
     const std::string& sValue = tExample.sValue;
     if (const std::optional<DateTime> tMoment = momentOf(sValue))
         return formatDate(tExample, *tMoment);
+    if (sValue.starts_with("duration "))
+        return textOfDuration(tExample, sValue.substr(9));
     if (sValue == "null")
         return format<double>(tExample, nullptr);
     if (sValue.starts_with("int64 "))
