@@ -25,7 +25,6 @@ StandardDateFormatter::StandardDateFormatter(const Locale& tLocale, const KTWUIL
       m_eOutput(eOutput),
       m_bLanguageMark(eOutput == ValueFormatterTypes::kHTML && tLanguage.isHebrew())
 {
-    bind();
 }
 
 StandardDateFormatter::~StandardDateFormatter() = default;
@@ -172,14 +171,13 @@ void StandardDateFormatter::FormatValue(Buffer& tBuffer, const DateTime& tValue)
 
 void StandardDateFormatter::formatValueImpl(Buffer& tBuffer, const DateTime& tValue) const
 {
-    if (!m_bLanguageMark)
-    {
+    if (m_bLanguageMark)
+        tBuffer.append(kLeftToRightMark);
+    // Without elements there is no program.
+    if (m_pProgram)
         m_pProgram->render(tBuffer, tValue);
-        return;
-    }
-    tBuffer.append(kLeftToRightMark);
-    m_pProgram->render(tBuffer, tValue);
-    tBuffer.append(kLeftToRightMark);
+    if (m_bLanguageMark)
+        tBuffer.append(kLeftToRightMark);
 }
 
 }  // namespace tov

@@ -290,8 +290,9 @@ private:
     {
         if (!m_pEncoder)
             return sLiteral;
-        m_sConverted = encodeAsString(*m_pEncoder, sLiteral.data(), sLiteral.size());
-        return m_sConverted;
+        m_tConverted.clear();
+        m_pEncoder->updateToBuffer(m_tConverted, sLiteral.data(), sLiteral.size());
+        return m_tConverted.view();
     }
 
     DatePattern& m_tPattern;
@@ -304,7 +305,7 @@ private:
     std::wstring_view m_sText;
     std::size_t m_nAt = 0;
     bool m_bExtended = false;  // the token lengthened the last element
-    String m_sConverted;
+    StringBufferTemplate<wchar_t, 63> m_tConverted;
 };
 
 DatePattern::DatePattern(const Locale& tLocale, OutputType eOutput) : m_tLocale(tLocale), m_eOutput(eOutput) {}
@@ -312,7 +313,10 @@ DatePattern::DatePattern(const Locale& tLocale, OutputType eOutput) : m_tLocale(
 void DatePattern::addCustomFormat(const String& sPattern, const Locale& tLocale, OutputType eOutput)
 {
     if (m_vElements.empty())
+    {
         m_vElements.reserve(std::min(sPattern.size(), knUsualElements));
+        m_sTexts.reserve(sPattern.size());
+    }
     DatePatternParser::Memory tMemory;
     DatePatternParser(*this, tMemory, tLocale, eOutput, 0).parse(sPattern);
 }

@@ -5,6 +5,7 @@
 #include <optional>
 #include <tuple>
 
+#include "project/webformat/outputencoders.h"
 #include "webformat/formatterconfig.h"
 
 namespace tov {
@@ -35,6 +36,51 @@ enum class NameForm : std::uint8_t
     kFirstCharacter
 };
 
+// The names of a table, made safe for the output; usual ones without the heap.
+class EncodedNames
+{
+public:
+    explicit EncodedNames(ValueFormatterTypes::OutputType eOutput) : m_eOutput(eOutput) {}
+
+    void clear()
+    {
+        m_tTexts.clear();
+        m_nCount = 0;
+    }
+
+    void add(std::wstring_view sName)
+    {
+        m_aStarts[m_nCount++] = m_tTexts.length();
+        // What is no output type encodes nothing.
+        if (isOutputType(m_eOutput))
+            ValueFormatterTypes::encodeToBufferOfType(m_tTexts, m_eOutput, sName.data(), sName.size());
+        else
+            m_tTexts.append(sName);
+    }
+
+    std::size_t count() const { return m_nCount; }
+
+    std::wstring_view at(std::size_t n) const
+    {
+        const std::size_t nEnd = n + 1 < m_nCount ? m_aStarts[n + 1] : m_tTexts.length();
+        return m_tTexts.view().substr(m_aStarts[n], nEnd - m_aStarts[n]);
+    }
+
+    std::size_t longest() const
+    {
+        std::size_t nLongest = 0;
+        for (std::size_t n = 0; n < m_nCount; ++n)
+            nLongest = std::max(nLongest, at(n).size());
+        return nLongest;
+    }
+
+private:
+    const ValueFormatterTypes::OutputType m_eOutput;
+    std::size_t m_nCount = 0;
+    std::array<std::size_t, DateProgram::NameTable::knNames> m_aStarts{};
+    StringBufferTemplate<wchar_t, 255> m_tTexts;
+};
+
 }  // namespace
 
 // Turns elements into steps, in one pass.
@@ -42,12 +88,17 @@ class DateBinder
 {
 public:
     DateBinder(DateProgram& tProgram, const DatePattern& tPattern)
-        : m_tProgram(tProgram), m_tPattern(tPattern), m_pLocale(&tPattern.locale())
+        : m_tProgram(tProgram), m_tPattern(tPattern), m_pLocale(&tPattern.locale()), m_tNames(tPattern.outputType())
     {
     }
 
     void bind()
     {
+        // Near enough for patterns without names.
+        const std::size_t nElements = m_tPattern.elements().size();
+        m_tProgram.m_vSteps.reserve(nElements);
+        m_tProgram.m_vPatches.reserve(nElements);
+        m_tProgram.m_sTexts.reserve(4 * nElements + DateProgram::knBlock);
         bool bBehindDay = false;
         for (const Element& tElement : m_tPattern.elements())
         {
@@ -156,10 +207,10 @@ private:
         const auto [tFound, bNew] = m_tTables.try_emplace({&m_pLocale->getName(eKind, 0), eKind, eForm}, 0U);
         if (bNew)
         {
-            std::array<String, DateProgram::NameTable::knNames> aNames;
+            m_tNames.clear();
             for (std::size_t n = 0; n < nNames; ++n)
-                aNames[n] = shownName(m_pLocale->getName(eKind, static_cast<int>(n)), eForm);
-            tFound->second = addTable(aNames);
+                addShownName(m_pLocale->getName(eKind, static_cast<int>(n)), eForm);
+            tFound->second = addTable();
         }
         startNameStep(eField, tFound->second);
     }
@@ -170,10 +221,10 @@ private:
         const auto [tFound, bNew] = m_tTables.try_emplace({&sAM, Locale::kNameKindEnd_, NameForm::kWhole}, 0U);
         if (bNew)
         {
-            std::array<String, DateProgram::NameTable::knNames> aNames;
-            aNames[0] = encoded(sAM);
-            aNames[1] = encoded(m_pLocale->getInfo(Locale::kPM));
-            tFound->second = addTable(aNames);
+            m_tNames.clear();
+            addShownName(sAM, NameForm::kWhole);
+            addShownName(m_pLocale->getInfo(Locale::kPM), NameForm::kWhole);
+            tFound->second = addTable();
         }
         startNameStep(DateProgram::kHalfOfDay, tFound->second);
     }
@@ -183,32 +234,31 @@ private:
         startStep(Step::kName, eField, m_tProgram.m_vNames[nTable].nStride).nIndex = nTable;
     }
 
-    std::uint32_t addTable(const std::array<String, DateProgram::NameTable::knNames>& aNames)
-    {
-        finishStep();
-        DateProgram::NameTable& tTable = m_tProgram.m_vNames.emplace_back();
-        std::size_t nLongest = 0;
-        for (const String& sName : aNames)
-            nLongest = std::max(nLongest, sName.size());
-        tTable.nStart = static_cast<std::uint32_t>(m_tProgram.m_sTexts.size());
-        tTable.nStride = static_cast<std::uint32_t>(roundedToBlocks(nLongest));
-        m_tProgram.m_sTexts.resize(tTable.nStart + std::size_t{tTable.nStride} * aNames.size());
-        for (std::size_t n = 0; n < aNames.size(); ++n)
-        {
-            tTable.aLengths[n] = static_cast<std::uint16_t>(aNames[n].size());
-            std::copy(aNames[n].begin(), aNames[n].end(), &m_tProgram.m_sTexts[tTable.nStart + n * tTable.nStride]);
-        }
-        return static_cast<std::uint32_t>(m_tProgram.m_vNames.size() - 1);
-    }
-
-    String shownName(const String& sName, NameForm eForm) const
+    void addShownName(const String& sName, NameForm eForm)
     {
         switch (eForm)
         {
-        case NameForm::kUpper: return encoded(m_pLocale->mapString(Locale::kUpperCase, sName));
-        case NameForm::kFirstCharacter: return encoded(sName.substr(0, 1));
-        default: return encoded(sName);
+        case NameForm::kUpper: m_tNames.add(m_pLocale->mapString(Locale::kUpperCase, sName)); break;
+        case NameForm::kFirstCharacter: m_tNames.add(std::wstring_view(sName).substr(0, 1)); break;
+        default: m_tNames.add(sName); break;
         }
+    }
+
+    // A table of the names collected.
+    std::uint32_t addTable()
+    {
+        finishStep();
+        DateProgram::NameTable& tTable = m_tProgram.m_vNames.emplace_back();
+        tTable.nStart = static_cast<std::uint32_t>(m_tProgram.m_sTexts.size());
+        tTable.nStride = static_cast<std::uint32_t>(roundedToBlocks(m_tNames.longest()));
+        m_tProgram.m_sTexts.resize(tTable.nStart + std::size_t{tTable.nStride} * DateProgram::NameTable::knNames);
+        for (std::size_t n = 0; n < m_tNames.count(); ++n)
+        {
+            const std::wstring_view sName = m_tNames.at(n);
+            tTable.aLengths[n] = static_cast<std::uint16_t>(sName.size());
+            sName.copy(&m_tProgram.m_sTexts[tTable.nStart + n * tTable.nStride], sName.size());
+        }
+        return static_cast<std::uint32_t>(m_tProgram.m_vNames.size() - 1);
     }
 
     // What comes from the locale is made safe for the output like any other literal.
@@ -291,6 +341,7 @@ private:
     DateProgram& m_tProgram;
     const DatePattern& m_tPattern;
     const Locale* m_pLocale;
+    EncodedNames m_tNames;
     Step* m_pStep = nullptr;
     std::map<TableKey, std::uint32_t> m_tTables;
 };
