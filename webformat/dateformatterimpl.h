@@ -95,7 +95,6 @@ private:
     std::unique_ptr<const DateProgram> m_pProgram;
     String m_sNullFormat;
     String m_sCustomFormat;
-    KTWUILanguage m_tLanguage;
     OutputType m_eOutput;
     bool m_bLanguageMark;
 };

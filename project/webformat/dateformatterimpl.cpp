@@ -21,17 +21,20 @@ StandardDateFormatter::StandardDateFormatter(const Locale& tLocale, const KTWUIL
                                              const String& sPattern, OutputType eOutput)
     : m_tPattern(tLocale, eOutput),
       m_sCustomFormat(sPattern),
-      m_tLanguage(tLanguage),
       m_eOutput(eOutput),
       m_bLanguageMark(eOutput == ValueFormatterTypes::kHTML && tLanguage.isHebrew())
 {
+    // Without elements there is no program, unless the marks are to be shown.
+    if (m_bLanguageMark)
+        bind();
 }
 
 StandardDateFormatter::~StandardDateFormatter() = default;
 
 void StandardDateFormatter::bind()
 {
-    m_pProgram = std::make_unique<const DateProgram>(m_tPattern);
+    m_pProgram =
+        std::make_unique<const DateProgram>(m_tPattern, m_bLanguageMark ? kLeftToRightMark : std::wstring_view());
 }
 
 void StandardDateFormatter::addCustomFormat(const String& sPattern, const Locale& tLocale, OutputType eOutput)
@@ -171,13 +174,8 @@ void StandardDateFormatter::FormatValue(Buffer& tBuffer, const DateTime& tValue)
 
 void StandardDateFormatter::formatValueImpl(Buffer& tBuffer, const DateTime& tValue) const
 {
-    if (m_bLanguageMark)
-        tBuffer.append(kLeftToRightMark);
-    // Without elements there is no program.
     if (m_pProgram)
         m_pProgram->render(tBuffer, tValue);
-    if (m_bLanguageMark)
-        tBuffer.append(kLeftToRightMark);
 }
 
 }  // namespace tov

@@ -92,13 +92,15 @@ public:
     {
     }
 
-    void bind()
+    void bind(std::wstring_view sMark)
     {
         // Near enough for patterns without names.
         const std::size_t nElements = m_tPattern.elements().size();
         m_tProgram.m_vSteps.reserve(nElements);
         m_tProgram.m_vPatches.reserve(nElements);
         m_tProgram.m_sTexts.reserve(4 * nElements + DateProgram::knBlock);
+        if (!sMark.empty())
+            addText(sMark);
         bool bBehindDay = false;
         for (const Element& tElement : m_tPattern.elements())
         {
@@ -107,6 +109,8 @@ public:
             bindElement(tElement, bBehindDay);
             bBehindDay = tElement.eType == DatePattern::kDay;
         }
+        if (!sMark.empty())
+            addText(sMark);
         finishStep();
         m_tProgram.m_sTexts.append(DateProgram::knBlock, L'\0');
     }
@@ -346,10 +350,10 @@ private:
     std::map<TableKey, std::uint32_t> m_tTables;
 };
 
-DateProgram::DateProgram(const DatePattern& tPattern)
+DateProgram::DateProgram(const DatePattern& tPattern, std::wstring_view sMark)
     : m_nMaxSignificantDigits(FormatterConfig::maxSignificantDigitsSource())
 {
-    DateBinder(*this, tPattern).bind();
+    DateBinder(*this, tPattern).bind(sMark);
 }
 
 }  // namespace tov

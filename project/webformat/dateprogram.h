@@ -3,6 +3,7 @@
 #include <array>
 #include <atomic>
 #include <cstdint>
+#include <string_view>
 #include <vector>
 
 #include "webbedrock/stringbuffer.h"
@@ -97,7 +98,8 @@ public:
     static constexpr std::size_t knBlock = 8;
     static constexpr unsigned knMaxDigits = 31;
 
-    explicit DateProgram(const DatePattern& tPattern);
+    // `sMark` stands before and behind each value.
+    DateProgram(const DatePattern& tPattern, std::wstring_view sMark);
 
     // Appends the value. Allocates only if the buffer has to grow; where memory runs out the buffer is as before.
     void render(StringBufferBaseTemplate<wchar_t>& tBuffer, const DateTime& tValue) const;

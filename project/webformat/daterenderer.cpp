@@ -234,7 +234,7 @@ private:
         const double fSeconds = m_tValue.second() + static_cast<double>(m_tValue.nanoseconds()) /
                                                         static_cast<double>(kNanosecondsPerSecond);
         hand();
-        tFraction.hFormatter->formatToBuffer(m_tBuffer, &fSeconds);
+        tFraction.hFormatter->checkedFormatToBuffer(m_tBuffer, &fSeconds, SQLDataType::kStorageDouble);
         findPlace();
         return makeRoom(nRoom);
     }

@@ -10,6 +10,7 @@
 #include "support/allocationcounter.h"
 #include "support/collected.h"
 #include "support/datereference.h"
+#include "support/limitedallocator.h"
 #include "webbedrock/utf8.h"
 #include "webformat/dateformatterimpl.h"
 #include "webformat/formatterconfig.h"
@@ -500,6 +501,20 @@ TEST(StandardDateFormatter, TakesAFormatterOfTheCallersForTheSeconds)
     EXPECT_EQ(tFormatter.formatAsString(&tValue), L"(9.3 s)" + String(100, L'-'));
 }
 
+TEST(StandardDateFormatter, HandsSecondsToNoFormatterOfAnotherType)
+{
+    StandardDateFormatter tFormatter(Locale::kUSA, KTWUILanguage::kDefaultLanguage, L"", kText);
+    StandardDateFormatter::DateFormat tSeconds;
+    tSeconds.eType = DatePattern::kSecondWDecimal;
+    tSeconds.hSecondFormatter =
+        NumericFormatter<int>::ParseCustomFormat(L"0", Locale::kUSA, kText, KTWUILanguage::kDefaultLanguage);
+    tFormatter.AddFormat(tSeconds);
+    tFormatter.AddSeparator(L".");
+    const CollectedAssertions tAssertions;
+    EXPECT_EQ(tFormatter.formatAsString(&kMorning), L".");
+    EXPECT_EQ(tAssertions.count(), 1u);
+}
+
 // A host that derives from the formatter is asked for every value.
 TEST(StandardDateFormatter, HandsEveryValueToTheVirtualOperation)
 {
@@ -611,6 +626,20 @@ TEST(StandardDateFormatter, WritesTheSameIntoBuffersOfEverySize)
                 ->formatToBuffer(tBuffer, &kMorning);
             EXPECT_EQ(toUtf8(tBuffer.view()), std::string(nFilled, 'x') + sExpected);
         }
+    }
+}
+
+TEST(StandardDateFormatter, LeavesTheBufferAsItWasWhereMemoryRunsOut)
+{
+    for (const wchar_t* pPattern : {L"yyyy-MM-dd HH:mm:ss", L"\"four\" dddd, MMMM d", L"ss.00000000000000000"})
+    {
+        const WebValueFormatterHandle hFormatter =
+            WebDateFormatter::ParseCustomFormat(pPattern, Locale::kUSA, KTWUILanguage(L"he"), kHTML);
+        StringBufferTemplate<wchar_t, 16> tBuffer;
+        tBuffer.append(L"kept");
+        LimitedAllocator tAllocator(0);
+        EXPECT_THROW(hFormatter->formatToBuffer(tBuffer, &kMorning), std::bad_alloc) << toUtf8(String(pPattern));
+        EXPECT_EQ(tBuffer.view(), L"kept");
     }
 }
 
