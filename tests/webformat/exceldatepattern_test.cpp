@@ -204,9 +204,9 @@ TEST(ExcelDatePattern, HasAtMost255Utf16Units)
     EXPECT_EQ(excelPattern(String(1000, L'd')), L"dddd");
     EXPECT_EQ(excelPattern(L"d" + String(252, L'e')), L"d\"" + String(252, L'e') + L"\"");
     EXPECT_EQ(excelPattern(L"d" + String(253, L'e')), L"");
-    EXPECT_EQ(excelPattern(L"d" + String(1'000'000, L'e')), L"");
+    EXPECT_EQ(excelPattern(L"d" + String(200'000, L'e')), L"");
     String sLong;
-    for (int n = 0; n < 300'000; ++n)
+    for (int n = 0; n < 50'000; ++n)
         sLong += L"d/";
     EXPECT_EQ(excelPattern(sLong), L"");
 }
@@ -364,7 +364,7 @@ TEST(ExcelDatePattern, ShowsMomentsAsTheFormatterShowsThem)
         L":",    L" ",  L"-",   L".", L", ", L"\"at\"", L"T",    L"\\s",    L"\"a\\\"b\"", L"e",   L"[$-F800]", L"TZ"};
     std::mt19937 tRandom(7);
     int nCompared = 0;
-    for (int n = 0; n < 60'000; ++n)
+    for (int n = 0; n < 20'000; ++n)
     {
         String sPattern;
         for (unsigned nPieces = tRandom() % 7 + 1; nPieces > 0; --nPieces)
@@ -384,7 +384,7 @@ TEST(ExcelDatePattern, ShowsMomentsAsTheFormatterShowsThem)
             << toUtf8(sPattern) << " -> " << toUtf8(sExcel);
         ++nCompared;
     }
-    EXPECT_GT(nCompared, 5'000);
+    EXPECT_GT(nCompared, 1'500);
 }
 
 }  // namespace
