@@ -2,8 +2,7 @@
 
 #include "webformat/valueformatter.h"
 
-namespace tov
-{
+namespace tov {
 
 // Makes the formatters that write a value into a drill-down request.
 //

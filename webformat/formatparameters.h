@@ -4,8 +4,7 @@
 
 #include "webbedrock/string.h"
 
-namespace tov
-{
+namespace tov {
 
 // What a caller may ask of a numeric formatter beyond its definition; `WebValueFormatDefinition::FormatParameters`.
 struct NumericFormatParameters

@@ -133,7 +133,8 @@ public:
 
     // Compiles `sPattern` for `eOutput`. With `eParseOutput` = kLastType the section for `eOutput` is picked out of a
     // pattern with variants first; any other value says that the pattern is such a section, written for that output
-    // already. `pSource` null: the families' own factories, durations as doubles. The pattern keeps no reference to its arguments.
+    // already. `pSource` null: the families' own factories, durations as doubles. The pattern keeps no reference to its
+    // arguments.
     static NumericPattern parse(const String& sPattern, const Locale& tLocale, OutputType eOutput,
                                 const KTWUILanguage& tLanguage,
                                 OutputType eParseOutput = ValueFormatterTypes::kLastType,

@@ -5,8 +5,7 @@
 #include "webbedrock/export.h"
 #include "webbedrock/stringbuffer.h"
 
-namespace tov
-{
+namespace tov {
 
 // The kinds of document that values are written into, and the encoding of plain text for each of them.
 class WEBFORMAT_EXPORT ValueFormatterTypes

@@ -2,8 +2,7 @@
 
 #include "webformat/textformatter.h"
 
-namespace tov
-{
+namespace tov {
 
 // Writes binary values: an image (GIF, JPEG, PNG, TIFF, BMP) as an HTML image element whose source is a base64 data
 // URL, anything else as hexadecimal digits.

@@ -2,8 +2,7 @@
 
 #include "webformat/valueformatter.h"
 
-namespace tov
-{
+namespace tov {
 
 // The base of formatters whose values are text or bytes: keeps the format string that the formatter was made from.
 //

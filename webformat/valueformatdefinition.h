@@ -35,8 +35,8 @@ struct FormatDefinitionSetting
 // and turned into Excel number-format patterns. A definition changes only while it is read (`readXml`) and
 // right after `clone()`; once shared it is immutable and any number of threads may use it.
 //
-// Example: <tov:dataFormat xsi:type="tov:number" commas="true" minDigits="2" maxDigits="2" negativeType="paren"/> read by
-// `DynamicReadXML` is a WebNumberFormatDefinition whose Excel pattern is "#,##0.00_);(#,##0.00)".
+// Example: <tov:dataFormat xsi:type="tov:number" commas="true" minDigits="2" maxDigits="2" negativeType="paren"/> read
+// by `DynamicReadXML` is a WebNumberFormatDefinition whose Excel pattern is "#,##0.00_);(#,##0.00)".
 class WEBFORMAT_EXPORT WebValueFormatDefinition : public RefCountedBaseTemplate<MemAllocNewdel>
 {
 public:
@@ -102,8 +102,8 @@ public:
     // handle raises the assertion "!hDef.isNull()" and throws InvalidHandleException.
     static XmlElement& setDataFormatElement(XmlElement& tParent, const WebValueFormatDefinitionHandle& hDef);
 
-    // Total order of definitions: null first, then by type, then by `CompareLikeDefinition`. Negative, 0 or positive; exactly
-    // -1, 0 or 1 where nulls or types decide.
+    // Total order of definitions: null first, then by type, then by `CompareLikeDefinition`. Negative, 0 or positive;
+    // exactly -1, 0 or 1 where nulls or types decide.
     static int CompareDefinitions(const WebValueFormatDefinitionHandle& hLeft,
                                   const WebValueFormatDefinitionHandle& hRight);
 
@@ -125,8 +125,8 @@ protected:
     String msoStyleOfPattern(const Locale& tLocale, const KTWUILanguage& tLanguage) const;
 };
 
-// A format as a pattern of one of the pattern languages, with named extra parameters. The pattern may end in a time-zone
-// marker "[TZ:" name "]", which has an XML attribute of its own.
+// A format as a pattern of one of the pattern languages, with named extra parameters. The pattern may end in a
+// time-zone marker "[TZ:" name "]", which has an XML attribute of its own.
 //
 // Example: customFormat="yyyy" displayTimeZone="EST" reads as the pattern "yyyy[TZ:EST]".
 class WEBFORMAT_EXPORT WebCustomFormatDefinition : public WebValueFormatDefinition
@@ -224,7 +224,8 @@ public:
     // definition that holds `sPattern`. Example: "@[html]@H" -> kHTML.
     static WebValueFormatDefinitionHandle LookupStandardFormat(const String& sPattern);
 
-    // The text pattern that a type stands for: kPlainNBSPText -> "@[html]@N". A value at or past the end: that of kPlainText.
+    // The text pattern that a type stands for: kPlainNBSPText -> "@[html]@N". A value at or past the end: that of
+    // kPlainText.
     static const wchar_t* standardPattern(Type eType);
 
 private:

@@ -15,8 +15,7 @@
 #include "webformat/timezoneresolver.h"
 #include "webformat/valueformatdefinition.h"
 
-namespace tov
-{
+namespace tov {
 
 class WebValueFormatter;
 
