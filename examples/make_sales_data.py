@@ -39,6 +39,9 @@ COLUMNS = [
     ("tolerance", "REAL"),
     ("rating", "REAL"),
     ("thumbnail", "BLOB"),
+    ("ordered_at", "TEXT"),
+    ("delivery_seconds", "REAL"),
+    ("due", "TEXT"),
 ]
 
 # Product, price, shape of its image.
@@ -161,7 +164,19 @@ def tolerance(generator, row):
     return float("%d.%02de%d" % (draw(generator, 1, 9), draw(generator, 0, 99), draw(generator, -9, 17)))
 
 
-def make_row(generator, row):
+def delivery(generator):
+    """Seconds from the order to the door: fractions every now and then, a courier's minutes, and years on the high seas."""
+    share = generator.random()
+    if share < 0.1:
+        return None
+    if share < 0.2:
+        return float(draw(generator, 240, 7000))
+    if share < 0.22:
+        return float(draw(generator, 100 * 86400, 900 * 86400))
+    return draw(generator, 8 * 3600, 12 * 86400) + draw(generator, 0, 3) / 4
+
+
+def make_row(generator, calendar, row):
     product, price, shape = PRODUCTS[draw(generator, 0, len(PRODUCTS) - 1)]
     region, currency, population = REGIONS[draw(generator, 0, len(REGIONS) - 1)]
     quantity = draw(generator, 1, 60) if generator.random() < 0.97 else draw(generator, 1000, 250000)
@@ -189,6 +204,9 @@ def make_row(generator, row):
         tolerance(generator, row),
         maybe(generator, 0.4, draw(generator, 2, 10) / 2),
         maybe(generator, 0.08, IMAGES[shape]),
+        ordered.strftime("%Y-%m-%d %H:%M:%S"),
+        delivery(calendar),
+        maybe(calendar, 0.05, (ordered + datetime.timedelta(days=draw(calendar, 3, 30))).strftime("%Y-%m-%d")),
     ]
 
 
@@ -224,7 +242,9 @@ def write_database(path, rows):
 def main():
     folder = sys.argv[1] if len(sys.argv) > 1 else os.path.dirname(os.path.abspath(__file__))
     generator = random.Random(SEED)
-    rows = [make_row(generator, row) for row in range(ROWS)]
+    # Columns that came later draw from a generator of their own, so that the older ones keep their values.
+    calendar = random.Random(SEED + 1)
+    rows = [make_row(generator, calendar, row) for row in range(ROWS)]
     write_csv(os.path.join(folder, "sales.csv"), rows)
     write_database(os.path.join(folder, "sales.db"), rows)
 

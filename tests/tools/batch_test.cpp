@@ -134,7 +134,9 @@ TEST(Batch, SaysWhatIsWrongWithARequest)
          R"j({"error":"\"do\": found \"dance\", expected one of format, definition, compare, section,)j"
          R"j( encode, explain, convert, removeHtml, bracketTags, offset"})j"},
         {__LINE__, R"j({"do":"convert","kind":"numeric","format":"0"})j",
-         R"j({"error":"the request \"convert\" is not available"})j"},
+         R"j({"error":"the kind \"numeric\" is not available"})j"},
+        {__LINE__, R"j({"do":"removeHtml","text":"<b>"})j",
+         R"j({"error":"the request \"removeHtml\" is not available"})j"},
         {__LINE__, R"j({"type":"number","value":1})j",
          R"j({"error":"found the type \"number\", expected one of invalid, unknown, bit, tinyint, smallint,)j"
          R"j( integer, unsignedinteger, bigint, unsignedbigint, real, float, double, numeric, decimal, char,)j"
@@ -150,13 +152,11 @@ TEST(Batch, SaysWhatIsWrongWithARequest)
          R"j(locales)"})j"},
         {__LINE__, R"j({"type":"double","value":1,"factory":"magic"})j",
          R"j({"error":"\"factory\": found \"magic\", expected one of format, default, input, custom, csv,)j"
-         R"j( literal, xml, drill"})j"},
+         R"j( literal, xml, drill, duration"})j"},
         {__LINE__, R"j({"type":"varchar","value":"a","factory":"truncate","length":3})j",
          R"j({"error":"the factory \"truncate\" is not available"})j"},
         {__LINE__, R"j({"type":"double","value":1,"compound":"x"})j",
          R"j({"error":"the key \"compound\" is not available"})j"},
-        {__LINE__, R"j({"type":"double","value":1,"session":{}})j",
-         R"j({"error":"the key \"session\" is not available"})j"},
         {__LINE__, R"j({"type":"double"})j", R"j({"error":"expected one of \"value\" and \"values\""})j"},
         {__LINE__, R"j({"type":"double","value":1,"values":[1]})j",
          R"j({"error":"expected one of \"value\" and \"values\""})j"},
@@ -236,10 +236,10 @@ TEST(Batch, AnswersTheOtherRequests)
         {__LINE__, R"j({"do":"encode","text":"it's\u0000","output":"sqlliteral"})j", R"j({"text":"it''s"})j"},
         {__LINE__, R"j({"do":"encode","text":"a\u0000"})j", R"j({"text":"a\u0000"})j"},
         {__LINE__, R"j({"do":"encode","output":"html"})j", R"j({"error":"found no \"text\", expected a string"})j"},
-        {__LINE__, R"j({"do":"explain","kind":"date","pattern":"d"})j",
-         R"j({"error":"the kind \"date\" is not available"})j"},
+        {__LINE__, R"j({"do":"explain","kind":"text","pattern":"d"})j",
+         R"j({"error":"the kind \"text\" is not available"})j"},
         {__LINE__, R"j({"do":"explain","kind":"poem","pattern":"d"})j",
-         R"j({"error":"\"kind\": found \"poem\", expected numeric"})j"},
+         R"j({"error":"\"kind\": found \"poem\", expected numeric, date or duration"})j"},
         {__LINE__, R"j({"do":"explain","kind":"numeric","pattern":""})j",
          R"j({"items":[],"flags":{"grouping":false,"currency":false,"percent":false,"power10":0,)j"
          R"j("minFractionDigits":0,"maxFractionDigits":0,"scale":"none","scaleIndicator":"",)j"

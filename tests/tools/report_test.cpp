@@ -204,7 +204,8 @@ TEST(Report, SaysWhatIsWrongWithAReportFileAndWhere)
         {__LINE__, reportXml("<tov:column name='a' type='double'/>", "\n locale=\"xx-YY\""),
          ":2:10: locale: found \"xx-YY\", expected a known locale such as \"en-US\""},
         {__LINE__, reportXml("<tov:column name='a' type='double'/>", "\n colour=\"red\""),
-         ":2:10: found the attribute \"colour\", expected \"locale\", \"language\" or \"title\""},
+         ":2:10: found the attribute \"colour\", expected \"locale\", \"language\", \"title\", \"dataOffset\" or "
+         "\"displayTimeZone\""},
         {__LINE__, reportXml("<tov:row/>"), ":2:1: found the element \"row\", expected the element \"tov:column\""},
         {__LINE__, reportXml("x<tov:column name='a' type='double'/>"),
          ":1:1: found text in the element \"report\", expected elements only"},

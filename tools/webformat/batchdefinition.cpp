@@ -1,9 +1,11 @@
 #include <variant>
 
 #include "batchrequest.h"
+#include "inputerror.h"
 #include "names.h"
 #include "webbedrock/encoding.h"
 #include "webbedrock/utf8.h"
+#include "webformat/convertwhistlerformat.h"
 #include "webformat/valueformatter.h"
 #include "xml/schemas.h"
 #include "xml/xmldocument.h"
@@ -64,14 +66,11 @@ std::string fieldsOf(const WebValueFormatDefinition& tDefinition)
     return tFields.text();
 }
 
-}  // namespace
-
-void answerDefinition(const BatchRequest& tRequest, JsonObject& tResponse)
+void addDefinition(const BatchRequest& tRequest, const WebValueFormatDefinitionHandle& hDefinition,
+                   JsonObject& tResponse)
 {
-    tRequest.requiredText("definition");
     const Locale tLocale = tRequest.locale();
     const KTWUILanguage tLanguage = tRequest.language();
-    const WebValueFormatDefinitionHandle hDefinition = tRequest.definition("definition");
     if (hDefinition.isNull())
     {
         tResponse.addNull("type");
@@ -84,6 +83,25 @@ void answerDefinition(const BatchRequest& tRequest, JsonObject& tResponse)
         .add("stream", streamOf(*hDefinition));
     addFormula(*hDefinition, tResponse);
     tResponse.addRaw("fields", fieldsOf(*hDefinition));
+}
+
+}  // namespace
+
+void answerDefinition(const BatchRequest& tRequest, JsonObject& tResponse)
+{
+    tRequest.requiredText("definition");
+    addDefinition(tRequest, tRequest.definition("definition"), tResponse);
+}
+
+void answerConvert(const BatchRequest& tRequest, JsonObject& tResponse)
+{
+    const std::string sKind = tRequest.requiredText("kind");
+    if (sKind == "numeric" || sKind == "text")
+        throw InputError("the kind \"" + sKind + "\" is not available");
+    if (sKind != "date")
+        throw InputError("\"kind\": found " + quotedForMessage(sKind) + ", expected date");
+    addDefinition(tRequest, WebConvertWhistlerFormat::ConvertDateFormat(tRequest.requiredWideText("format")),
+                  tResponse);
 }
 
 void answerCompare(const BatchRequest& tRequest, JsonObject& tResponse)

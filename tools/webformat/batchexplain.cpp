@@ -4,6 +4,8 @@
 #include "inputerror.h"
 #include "threadcollector.h"
 #include "webbedrock/utf8.h"
+#include "webformat/datepattern.h"
+#include "webformat/durationpattern.h"
 #include "webformat/numericpattern.h"
 
 namespace tov {
@@ -61,15 +63,8 @@ std::string openedSection(const NumericPattern& tPattern, const NumericPattern::
     return sClosed.substr(0, sClosed.size() - 1) + ",\"next\":";
 }
 
-}  // namespace
-
-void answerExplain(const BatchRequest& tRequest, JsonObject& tResponse)
+void explainNumeric(const BatchRequest& tRequest, JsonObject& tResponse)
 {
-    const std::string sKind = tRequest.requiredText("kind");
-    if (sKind == "date" || sKind == "duration" || sKind == "text")
-        throw InputError("the kind \"" + sKind + "\" is not available");
-    if (sKind != "numeric")
-        throw InputError("\"kind\": found " + quotedForMessage(sKind) + ", expected numeric");
     const NumericPattern tPattern = NumericPattern::parse(tRequest.requiredWideText("pattern"), tRequest.locale(),
                                                           tRequest.output(), tRequest.language());
     const std::vector<NumericPattern::Section>& vSections = tPattern.sections();
@@ -81,6 +76,53 @@ void answerExplain(const BatchRequest& tRequest, JsonObject& tResponse)
     for (std::size_t nSection = 1; nSection < vSections.size(); ++nSection)
         sNext += openedSection(tPattern, vSections[nSection]);
     tResponse.addRaw("next", sNext + "null" + std::string(vSections.size() - 1, '}'));
+}
+
+void explainDate(const BatchRequest& tRequest, JsonObject& tResponse)
+{
+    const Locale tLocale = tRequest.locale();
+    DatePattern tPattern(tLocale, tRequest.output());
+    tPattern.addCustomFormat(tRequest.requiredWideText("pattern"), tLocale, tRequest.output());
+    std::vector<JsonObject> vItems;
+    for (const DatePattern::Element& tElement : tPattern.elements())
+        vItems.push_back(JsonObject()
+                             .add("type", DatePattern::typeName(tElement.eType))
+                             .add("pad", static_cast<unsigned long>(tElement.nPad))
+                             .add("caps", tElement.bCaps)
+                             .add("text", tPattern.text(tElement)));
+    tResponse.addRaw("items", jsonArray(vItems));
+}
+
+void explainDuration(const BatchRequest& tRequest, JsonObject& tResponse)
+{
+    // Durations are written alike in every locale but for their digits, which a pattern does not hold.
+    tRequest.locale();
+    const DurationPattern tPattern = DurationPattern::parse(tRequest.requiredWideText("pattern"), tRequest.output());
+    std::vector<JsonObject> vItems;
+    for (const DurationFormat& tFormat : tPattern.formats().m_vDurationFormats)
+        vItems.push_back(JsonObject()
+                             .add("type", DurationPattern::typeName(tFormat.eType))
+                             .add("pad", static_cast<unsigned long>(tFormat.nPad))
+                             .add("text", tFormat.sText)
+                             .add("basis", DurationPattern::basisName(tFormat.eOptionalBasedOn)));
+    tResponse.addRaw("items", jsonArray(vItems));
+}
+
+}  // namespace
+
+void answerExplain(const BatchRequest& tRequest, JsonObject& tResponse)
+{
+    const std::string sKind = tRequest.requiredText("kind");
+    if (sKind == "numeric")
+        explainNumeric(tRequest, tResponse);
+    else if (sKind == "date")
+        explainDate(tRequest, tResponse);
+    else if (sKind == "duration")
+        explainDuration(tRequest, tResponse);
+    else if (sKind == "text")
+        throw InputError("the kind \"text\" is not available");
+    else
+        throw InputError("\"kind\": found " + quotedForMessage(sKind) + ", expected numeric, date or duration");
 }
 
 }  // namespace tov

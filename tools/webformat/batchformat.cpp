@@ -2,12 +2,14 @@
 #include <array>
 
 #include "batchrequest.h"
+#include "batchzones.h"
 #include "inputerror.h"
 #include "jsonvalues.h"
 #include "names.h"
 #include "threadcollector.h"
 #include "webbedrock/utf8.h"
 #include "webformat/drillvalueformatters.h"
+#include "webformat/durationformatters.h"
 #include "webformat/valueformatter.h"
 
 namespace tov {
@@ -18,6 +20,7 @@ namespace {
 struct FormatRequest
 {
     const BatchRequest& tRequest;
+    const BatchZones& tZones;
     SQLDataType tType;
     Locale tLocale;
     KTWUILanguage tLanguage;
@@ -38,17 +41,23 @@ WebValueFormatDefinition::FormatParameters parametersOf(const BatchRequest& tReq
 
 WebValueFormatterHandle makeDisplay(const FormatRequest& t)
 {
-    return WebValueFormatter::getFormatter(t.tType, t.tRequest.definition("definition"), t.tLocale, TimeZoneResolver(),
-                                           t.eOutput, parametersOf(t.tRequest), t.tLanguage, String());
+    return WebValueFormatter::getFormatter(t.tType, t.tRequest.definition("definition"), t.tLocale, t.tZones.tResolver,
+                                           t.eOutput, parametersOf(t.tRequest), t.tLanguage, t.tZones.sDisplayTimeZone);
 }
 
 WebValueFormatterHandle makeDefault(const FormatRequest& t)
 {
+    if (t.tZones.bGiven)
+        return WebValueFormatter::GetDefaultFormatterTZ(t.tType, t.tLocale, t.tLanguage, t.tZones.tResolver,
+                                                        t.tZones.sDisplayTimeZone, t.eOutput);
     return WebValueFormatter::GetDefaultFormatter(t.tType, t.tLocale, t.eOutput, parametersOf(t.tRequest), t.tLanguage);
 }
 
 WebValueFormatterHandle makeInput(const FormatRequest& t)
 {
+    if (t.tZones.bGiven)
+        return WebValueFormatter::GetInputFormatterTZ(t.tType, t.tLocale, t.tZones.tResolver, t.tZones.sDisplayTimeZone,
+                                                      t.eOutput, t.tLanguage);
     const auto tParameters = parametersOf(t.tRequest);
     return WebValueFormatter::GetInputFormatter(t.tType, t.tLocale, t.eOutput, tParameters.nMinDigit,
                                                 tParameters.nMaxDigit, t.tLanguage);
@@ -56,8 +65,11 @@ WebValueFormatterHandle makeInput(const FormatRequest& t)
 
 WebValueFormatterHandle makeCustom(const FormatRequest& t)
 {
-    return WebValueFormatter::GetCustomFormatter(t.tType, t.tRequest.requiredWideText("pattern"), t.tLocale, t.eOutput,
-                                                 t.tLanguage);
+    const String sPattern = t.tRequest.requiredWideText("pattern");
+    if (t.tZones.bGiven)
+        return WebValueFormatter::GetCustomFormatterTZ(t.tType, sPattern, t.tLocale, t.tZones.tResolver, t.eOutput,
+                                                       t.tLanguage, t.tZones.sDisplayTimeZone);
+    return WebValueFormatter::GetCustomFormatter(t.tType, sPattern, t.tLocale, t.eOutput, t.tLanguage);
 }
 
 WebValueFormatterHandle makeCsv(const FormatRequest& t)
@@ -80,10 +92,37 @@ WebValueFormatterHandle makeDrill(const FormatRequest& t)
     return WebDrillValueFormatter::GetFormatter(t.tType, t.eOutput);
 }
 
+template <class T>
+WebValueFormatterHandle makeDurationOf(const FormatRequest& t)
+{
+    if (t.tRequest.isGiven("pattern"))
+        return DurationFormatter<T>::ParseCustomFormat(t.tRequest.requiredWideText("pattern"), t.tLocale, t.eOutput,
+                                                       t.tLanguage);
+    return DurationFormatter<T>::CreateFormatter(t.tRequest.definition("definition"), t.tLocale, t.eOutput,
+                                                 t.tLanguage);
+}
+
+WebValueFormatterHandle makeDuration(const FormatRequest& t)
+{
+    switch (t.tType.storageType())
+    {
+    case SQLDataType::kStorageDouble: return makeDurationOf<double>(t);
+    case SQLDataType::kStorageInt32: return makeDurationOf<int>(t);
+    case SQLDataType::kStorageUInt32: return makeDurationOf<unsigned>(t);
+    case SQLDataType::kStorageInt64: return makeDurationOf<long>(t);
+    case SQLDataType::kStorageUInt64: return makeDurationOf<unsigned long>(t);
+    case SQLDataType::kStorageCorvidNumber: return makeDurationOf<CorvidNumber>(t);
+    default:
+        throw InputError("found the storage " + quotedForMessage(storageName(t.tType.storageType())) +
+                         ", expected that of a number: durations are numbers of seconds");
+    }
+}
+
 struct Factory
 {
     std::string_view sName;
     WebValueFormatterHandle (*pMake)(const FormatRequest&);  // null: not available
+    const char* pDefaultType = nullptr;                      // null: the request must name the type
 };
 
 constexpr std::array<Factory, 12> kaFactories = {{{"format", &makeDisplay},
@@ -97,7 +136,7 @@ constexpr std::array<Factory, 12> kaFactories = {{{"format", &makeDisplay},
                                                   {"sqlLiteral", nullptr},
                                                   {"truncate", nullptr},
                                                   {"plain", nullptr},
-                                                  {"duration", nullptr}}};
+                                                  {"duration", &makeDuration, "double"}}};
 
 const Factory& factoryOf(const BatchRequest& tRequest)
 {
@@ -106,7 +145,7 @@ const Factory& factoryOf(const BatchRequest& tRequest)
                                      [&](const Factory& tFactory) { return tFactory.sName == sName; });
     if (tFound == kaFactories.end())
         throw InputError("\"factory\": found " + quotedForMessage(sName) +
-                         ", expected one of format, default, input, custom, csv, literal, xml, drill");
+                         ", expected one of format, default, input, custom, csv, literal, xml, drill, duration");
     if (!tFound->pMake)
         throw InputError("the factory " + quotedForMessage(sName) + " is not available");
     return *tFound;
@@ -114,9 +153,15 @@ const Factory& factoryOf(const BatchRequest& tRequest)
 
 void refuseUnavailableKeys(const BatchRequest& tRequest)
 {
-    for (const char* pKey : {"compound", "dataOffset", "displayTimeZone", "session", "displayVariable"})
-        if (tRequest.has(pKey))
-            throw InputError("the key \"" + std::string(pKey) + "\" is not available");
+    if (tRequest.has("compound"))
+        throw InputError("the key \"compound\" is not available");
+}
+
+SQLDataType typeOf(const BatchRequest& tRequest, const Factory& tFactory)
+{
+    const std::string sType =
+        tFactory.pDefaultType ? tRequest.text("type", tFactory.pDefaultType) : tRequest.requiredText("type");
+    return typeFromNames(sType, tRequest.text("storage", {}));
 }
 
 // The extras that a request may ask for.
@@ -228,8 +273,9 @@ void answerFormat(const BatchRequest& tRequest, JsonObject& tResponse)
     const Factory& tFactory = factoryOf(tRequest);
     refuseUnavailableKeys(tRequest);
     const unsigned nExtras = extrasOf(tRequest);
-    const FormatRequest t{tRequest, typeFromNames(tRequest.requiredText("type"), tRequest.text("storage", {})),
-                          tRequest.locale(), tRequest.language(), tRequest.output()};
+    const BatchZones tZones(tRequest);
+    const FormatRequest t{tRequest,         tZones, typeOf(tRequest, tFactory), tRequest.locale(), tRequest.language(),
+                          tRequest.output()};
     const std::vector<TypedValue> vValues = valuesOf(tRequest, t.tType);
     const WebValueFormatterHandle hFormatter = tFactory.pMake(t);
     if (hFormatter.isNull())

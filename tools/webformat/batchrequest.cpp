@@ -31,10 +31,10 @@ constexpr std::array<RequestKind, 10> kaKinds = {{{"format", &answerFormat},
                                                   {"section", &answerSection},
                                                   {"encode", &answerEncode},
                                                   {"explain", &answerExplain},
-                                                  {"convert", nullptr},
+                                                  {"convert", &answerConvert},
                                                   {"removeHtml", nullptr},
                                                   {"bracketTags", nullptr},
-                                                  {"offset", nullptr}}};
+                                                  {"offset", &answerOffset}}};
 
 [[noreturn]] void failKey(const char* pKey, const JsonValue& tFound, const char* pExpected)
 {

@@ -20,6 +20,7 @@ public:
 
     const JsonValue* find(const char* pKey) const { return m_tRequest.find(pKey); }
     bool has(const char* pKey) const { return find(pKey) != nullptr; }
+    bool isGiven(const char* pKey) const { return has(pKey) && !find(pKey)->isNull(); }
 
     // A null counts as an absent key. The first form takes a default, the second needs the key.
     std::string text(const char* pKey, std::string_view sDefault) const;
@@ -56,5 +57,7 @@ void answerCompare(const BatchRequest& tRequest, JsonObject& tResponse);
 void answerSection(const BatchRequest& tRequest, JsonObject& tResponse);
 void answerEncode(const BatchRequest& tRequest, JsonObject& tResponse);
 void answerExplain(const BatchRequest& tRequest, JsonObject& tResponse);
+void answerConvert(const BatchRequest& tRequest, JsonObject& tResponse);
+void answerOffset(const BatchRequest& tRequest, JsonObject& tResponse);
 
 }  // namespace tov

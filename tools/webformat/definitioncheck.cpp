@@ -7,9 +7,11 @@
 #include "webbedrock/utf8.h"
 #include "webformat/dateformatters.h"
 #include "webformat/numericformatter.h"
+#include "webformat/timezoneresolver.h"
 #include "xml/domhelper.h"
 #include "xml/lexical.h"
 #include "xml/schemas.h"
+#include "zonesettings.h"
 
 namespace tov {
 
@@ -76,6 +78,7 @@ private:
     void checkNegative(const XmlAttribute& tAttribute) const;
     void checkDate(const XmlAttribute& tAttribute) const;
     void checkScale(const XmlAttribute& tAttribute) const;
+    void checkZone(const XmlAttribute& tAttribute, const String& sZone) const;
     void require(std::initializer_list<const wchar_t*> vNames) const;
     [[noreturn]] void fail(const XmlAttribute& tAttribute, const std::string& sExpected) const;
 
@@ -162,6 +165,10 @@ void Checker::checkValue(const XmlAttribute& tAttribute) const
         checkDate(tAttribute);
     else if (sName == L"scaleFactor")
         checkScale(tAttribute);
+    else if (sName == L"displayTimeZone")
+        checkZone(tAttribute, tAttribute.sValue);
+    else if (sName == L"customFormat" || sName == L"predefinedFormat")
+        checkZone(tAttribute, TimeZoneResolver::getTimeZoneFromFormatString(tAttribute.sValue));
     else if (sName == L"textFormat")
     {
         const auto vNames =
@@ -204,6 +211,12 @@ void Checker::checkScale(const XmlAttribute& tAttribute) const
         fail(tAttribute, alternatives(vNames));
 }
 
+void Checker::checkZone(const XmlAttribute& tAttribute, const String& sZone) const
+{
+    if (!sZone.empty() && !isZoneOrDefault(sZone))
+        fail(tAttribute, kpExpectedZone);
+}
+
 void Checker::require(std::initializer_list<const wchar_t*> vNames) const
 {
     for (const wchar_t* pName : vNames)
@@ -216,12 +229,17 @@ void Checker::require(std::initializer_list<const wchar_t*> vNames) const
 
 void Checker::fail(const XmlAttribute& tAttribute, const std::string& sExpected) const
 {
-    throw InputError(placeIn(m_sFile, tAttribute.tPlace), toUtf8(tAttribute.sLocalName) + ": found " +
-                                                              quotedForMessage(toUtf8(tAttribute.sValue)) +
-                                                              ", expected " + sExpected);
+    failAttribute(tAttribute, m_sFile, sExpected);
 }
 
 }  // namespace
+
+void failAttribute(const XmlAttribute& tAttribute, const std::string& sFile, const std::string& sExpected)
+{
+    throw InputError(placeIn(sFile, tAttribute.tPlace), toUtf8(tAttribute.sLocalName) + ": found " +
+                                                            quotedForMessage(toUtf8(tAttribute.sValue)) +
+                                                            ", expected " + sExpected);
+}
 
 InputPlace placeIn(const std::string& sFile, const XmlPlace& tPlace)
 {

@@ -4,8 +4,8 @@
 
 #include "commands.h"
 #include "eastasianwidth.h"
+#include "explanation.h"
 #include "names.h"
-#include "numericexplanation.h"
 #include "outputfile.h"
 
 namespace tov {
@@ -49,7 +49,10 @@ void runExplain(const ExplainOptions& tOptions)
     const Locale tLocale =
         ofArgument("--locale", [&] { return localeFromTag(wideArgument(tOptions.sLocale, "--locale")); });
     const KTWUILanguage tLanguage(wideArgument(tOptions.sLanguage, "--language"));
-    writeLines(explainNumericPattern(sPattern, tLocale, tLanguage));
+    const auto pExplain = tOptions.sKind == "date"       ? &explainDatePattern
+                          : tOptions.sKind == "duration" ? &explainDurationPattern
+                                                         : &explainNumericPattern;
+    writeLines(pExplain(sPattern, tLocale, tLanguage));
 }
 
 }  // namespace
@@ -61,7 +64,7 @@ void addExplainCommand(CLI::App& tApp, CommandAction& tAction)
     const auto pOptions = std::make_shared<ExplainOptions>();
     pCommand->add_option("--kind", pOptions->sKind, "The pattern language")
         ->required()
-        ->check(CLI::IsMember({"numeric"}));
+        ->check(CLI::IsMember({"numeric", "date", "duration"}));
     pCommand->add_option("PATTERN", pOptions->sPattern, "The pattern")->required();
     pCommand->add_option("--locale", pOptions->sLocale, "Locale (see: webformat list locales)")->capture_default_str();
     pCommand->add_option("--language", pOptions->sLanguage, "Language of the user interface")->capture_default_str();

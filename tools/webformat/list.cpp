@@ -2,6 +2,7 @@
 #include <memory>
 
 #include "commands.h"
+#include "corefacade/timezoneregistry.h"
 #include "intl/localetaglookup.h"
 #include "names.h"
 #include "outputfile.h"
@@ -18,8 +19,9 @@ std::vector<std::string> namesOf(const std::string& sKind)
     if (sKind == "outputs")
         return outputNames();
     std::vector<std::string> vNames;
-    for (const String& sTag : LocaleTagLookup::allTags())
-        vNames.push_back(toUtf8(sTag));
+    for (const String& sName :
+         sKind == "locales" ? LocaleTagLookup::allTags() : TimeZoneRegistry::getInstance().allIds())
+        vNames.push_back(toUtf8(sName));
     return vNames;
 }
 
@@ -39,7 +41,7 @@ void addListCommand(CLI::App& tApp, CommandAction& tAction)
     const auto pKind = std::make_shared<std::string>();
     pCommand->add_option("KIND", *pKind, "Which names")
         ->required()
-        ->check(CLI::IsMember({"types", "locales", "outputs"}));
+        ->check(CLI::IsMember({"types", "locales", "time-zones", "outputs"}));
     pCommand->callback([pKind, &tAction] { tAction = [pKind] { runList(*pKind); }; });
 }
 

@@ -1,4 +1,4 @@
-#include "numericexplanation.h"
+#include "explanation.h"
 
 #include <algorithm>
 #include <exception>

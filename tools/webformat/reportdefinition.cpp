@@ -8,6 +8,7 @@
 #include "xml/lexical.h"
 #include "xml/schemas.h"
 #include "xml/xmldocument.h"
+#include "zonesettings.h"
 
 namespace tov {
 
@@ -25,6 +26,7 @@ private:
     ReportColumn readColumn(const XmlElement& tElement, const Locale& tLocale) const;
     void readDataFormat(const XmlElement& tElement, const Locale& tLocale, ReportColumn& tColumn) const;
     Locale readLocale(const XmlElement& tRoot) const;
+    ZoneSettings readZones(const XmlElement& tRoot) const;
     SQLDataType readType(const XmlElement& tElement) const;
     const XmlAttribute& require(const XmlElement& tElement, const wchar_t* pName) const;
     void checkNoText(const XmlElement& tElement) const;
@@ -44,13 +46,14 @@ std::vector<String> valueTypeNames()
 ReportDefinition Reader::readReport(const XmlElement& tRoot) const
 {
     checkName(tRoot, schemas::Report::kqnReport, "the element \"tov:report\" of the report namespace");
-    checkAttributeNames(tRoot, {L"locale", L"language", L"title"}, m_sFile);
+    checkAttributeNames(tRoot, {L"locale", L"language", L"title", L"dataOffset", L"displayTimeZone"}, m_sFile);
     checkNoText(tRoot);
     ReportDefinition tReport;
     tReport.tLocale = readLocale(tRoot);
     if (const String* pLanguage = tRoot.getAttribute(L"language"); pLanguage && !pLanguage->empty())
         tReport.tLanguage = KTWUILanguage(*pLanguage);
     tReport.sTitle = tRoot.getAttributeOr(L"title");
+    tReport.tResolver = resolverOf(readZones(tRoot), tReport.tLanguage);
     for (const XmlElement& tChild : tRoot.children())
         tReport.vColumns.push_back(readColumn(tChild, tReport.tLocale));
     if (tReport.vColumns.empty())
@@ -65,9 +68,26 @@ Locale Reader::readLocale(const XmlElement& tRoot) const
         return Locale();
     const std::optional<Locale> tLocale = LocaleTagLookup::lookup(pTag->sValue);
     if (!tLocale)
-        throw InputError(placeIn(m_sFile, pTag->tPlace), "locale: found " + quotedForMessage(toUtf8(pTag->sValue)) +
-                                                             ", expected a known locale such as \"en-US\"");
+        failAttribute(*pTag, m_sFile, "a known locale such as \"en-US\"");
     return *tLocale;
+}
+
+ZoneSettings Reader::readZones(const XmlElement& tRoot) const
+{
+    ZoneSettings tSettings;
+    if (const XmlAttribute* pOffset = tRoot.findAttribute({}, L"dataOffset"))
+    {
+        tSettings.nDataOffset = dataOffsetFromText(pOffset->sValue);
+        if (!tSettings.nDataOffset)
+            failAttribute(*pOffset, m_sFile, kpExpectedDataOffset);
+    }
+    if (const XmlAttribute* pZone = tRoot.findAttribute({}, L"displayTimeZone"))
+    {
+        tSettings.sDisplayTimeZone = pZone->sValue;
+        if (!isZoneOrDefault(pZone->sValue))
+            failAttribute(*pZone, m_sFile, kpExpectedZone);
+    }
+    return tSettings;
 }
 
 ReportColumn Reader::readColumn(const XmlElement& tElement, const Locale& tLocale) const
@@ -101,8 +121,7 @@ SQLDataType Reader::readType(const XmlElement& tElement) const
     const XmlAttribute& tName = require(tElement, L"type");
     const std::optional<SQLDataType> tType = SQLDataType::fromName(toUtf8(tName.sValue));
     if (!tType || tType->storageType() == SQLDataType::kStorageInvalid)
-        throw InputError(placeIn(m_sFile, tName.tPlace), "type: found " + quotedForMessage(toUtf8(tName.sValue)) +
-                                                             ", expected " + alternatives(valueTypeNames()));
+        failAttribute(tName, m_sFile, alternatives(valueTypeNames()));
     return *tType;
 }
 

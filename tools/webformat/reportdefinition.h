@@ -8,6 +8,7 @@
 #include "intl/ktwuilanguage.h"
 #include "intl/locale.h"
 #include "webbedrock/string.h"
+#include "webformat/timezoneresolver.h"
 #include "webformat/valueformatdefinition.h"
 
 namespace tov {
@@ -34,6 +35,10 @@ struct ReportColumn
 //       </tov:column>
 //     </tov:report>
 //
+// `dataOffset` (minutes east of UTC, or "unknown") says how timestamps are stored and `displayTimeZone` where they are
+// shown, unless a column's own format names a zone; without either they are shown as they are stored, or as the host's
+// configuration says.
+//
 // `locale` is en-US and `language` en-us unless given, the title may be empty; `name` and `type` of a column are
 // required, its heading is its name unless given. The same data may stand in several columns.
 struct ReportDefinition
@@ -41,6 +46,7 @@ struct ReportDefinition
     Locale tLocale;
     KTWUILanguage tLanguage;
     String sTitle;
+    TimeZoneResolver tResolver;
     std::vector<ReportColumn> vColumns;
 };
 

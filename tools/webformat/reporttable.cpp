@@ -53,7 +53,7 @@ WebValueFormatterHandle ReportTable::makeFormatter(const ReportColumn& tColumn) 
     if (m_tOptions.eFormatters == kMachineReadable)
         return WebValueFormatter::GetCSVFormatter(tColumn.tType, Locale::kUSA, m_tOptions.eOutput);
     const WebValueFormatterHandle hFormatter =
-        WebValueFormatter::GetFormatter(tColumn.tType, tColumn.hDefinition, m_tReport.tLocale, TimeZoneResolver(),
+        WebValueFormatter::GetFormatter(tColumn.tType, tColumn.hDefinition, m_tReport.tLocale, m_tReport.tResolver,
                                         m_tOptions.eOutput, 0, 0, m_tReport.tLanguage, String());
     const bool bApplies = hFormatter.isNull() ? tColumn.hDefinition.isNull()
                                               : hFormatter->valueStorageType() == tColumn.tType.storageType();

@@ -7,6 +7,7 @@
 #include "outputfile.h"
 #include "reportdefinition.h"
 #include "webformat/valueformatter.h"
+#include "zonesettings.h"
 
 namespace tov {
 
@@ -21,6 +22,8 @@ struct ValueOptions
     std::string sLocale = "en-US";
     std::string sLanguage = "en-us";
     std::string sOutput = "text";
+    std::string sDataOffset;
+    std::string sTimeZone;
     std::vector<std::string> vValues;
     CLI::Option* pPattern = nullptr;
     CLI::Option* pDefinition = nullptr;
@@ -32,6 +35,19 @@ SQLDataType typeOf(const ValueOptions& tOptions)
     return tOptions.sStorage.empty() ? columnType(tType) : tType;
 }
 
+ZoneSettings zonesOf(const ValueOptions& tOptions)
+{
+    ZoneSettings tSettings;
+    tSettings.nDataOffset = dataOffsetFromText(wideArgument(tOptions.sDataOffset, "--data-offset"));
+    if (!tSettings.nDataOffset && !tOptions.sDataOffset.empty())
+        throw UsageError("--data-offset: found " + quotedForMessage(tOptions.sDataOffset) + ", expected " +
+                         kpExpectedDataOffset);
+    tSettings.sDisplayTimeZone = wideArgument(tOptions.sTimeZone, "--time-zone");
+    if (!tOptions.sTimeZone.empty() && !isZoneOrDefault(tSettings.sDisplayTimeZone))
+        throw UsageError("--time-zone: found " + quotedForMessage(tOptions.sTimeZone) + ", expected " + kpExpectedZone);
+    return tSettings;
+}
+
 WebValueFormatterHandle makeFormatter(const ValueOptions& tOptions, const SQLDataType& tType)
 {
     const Locale tLocale =
@@ -39,14 +55,16 @@ WebValueFormatterHandle makeFormatter(const ValueOptions& tOptions, const SQLDat
     const KTWUILanguage tLanguage(wideArgument(tOptions.sLanguage, "--language"));
     const ValueFormatterTypes::OutputType eOutput =
         ofArgument("--output", [&] { return outputFromName(tOptions.sOutput); });
+    const ZoneSettings tZones = zonesOf(tOptions);
+    const TimeZoneResolver tResolver = resolverOf(tZones, tLanguage);
     if (tOptions.pPattern->count() != 0)
-        return WebValueFormatter::GetCustomFormatter(tType, wideArgument(tOptions.sPattern, "--pattern"), tLocale,
-                                                     eOutput, tLanguage);
+        return WebValueFormatter::GetCustomFormatterTZ(tType, wideArgument(tOptions.sPattern, "--pattern"), tLocale,
+                                                       tResolver, eOutput, tLanguage, tZones.sDisplayTimeZone);
     WebValueFormatDefinitionHandle hDefinition;
     if (tOptions.pDefinition->count() != 0)
         hDefinition = readStrictDefinition(tOptions.sDefinition, tLocale, "--definition");
-    return WebValueFormatter::GetFormatter(tType, hDefinition, tLocale, TimeZoneResolver(), eOutput, 0, 0, tLanguage,
-                                           String());
+    return WebValueFormatter::GetFormatter(tType, hDefinition, tLocale, tResolver, eOutput, 0, 0, tLanguage,
+                                           tZones.sDisplayTimeZone);
 }
 
 TypedValue valueAt(const ValueOptions& tOptions, const SQLDataType& tType, std::size_t nAt)
@@ -95,6 +113,10 @@ void addValueCommand(CLI::App& tApp, CommandAction& tAction)
     pCommand->add_option("--language", pOptions->sLanguage, "Language of the user interface")->capture_default_str();
     pCommand->add_option("--output", pOptions->sOutput, "Output type (see: webformat list outputs)")
         ->capture_default_str();
+    pCommand->add_option("--data-offset", pOptions->sDataOffset, "Minutes east of UTC with which timestamps are stored")
+        ->type_name("MINUTES");
+    pCommand->add_option("--time-zone", pOptions->sTimeZone,
+                         "Zone to show timestamps in (see: webformat list time-zones)");
     pCommand->add_option("VALUE", pOptions->vValues, "The values; negative ones are no options")->required();
     pCommand->callback([pOptions, &tAction] { tAction = [pOptions] { runValue(*pOptions); }; });
 }
