@@ -15,9 +15,11 @@ template <class T>
 class Webformat
 {
 public:
+    explicit Webformat(const WebValueFormatterHandle& hFormatter) : m_hFormatter(hFormatter) {}
+
     explicit Webformat(const wchar_t* pPattern)
-        : m_hFormatter(NumericFormatter<T>::ParseCustomFormat(pPattern, Locale::kUSA, ValueFormatterTypes::kText,
-                                                              KTWUILanguage::kDefaultLanguage))
+        : Webformat(NumericFormatter<T>::ParseCustomFormat(pPattern, Locale::kUSA, ValueFormatterTypes::kText,
+                                                           KTWUILanguage::kDefaultLanguage))
     {
     }
 

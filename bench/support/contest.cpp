@@ -31,12 +31,18 @@ bool isSameValue(double fOurs, double fTheirs)
     return std::fabs(fOurs - fTheirs) <= std::max(std::fabs(fOurs) * kRelativeDifference, kAbsoluteDifference);
 }
 
+bool isSameUpToZeros(const std::wstring& sOurs, const std::wstring& sTheirs)
+{
+    return sTheirs.starts_with(sOurs) && sTheirs.find_first_not_of(L".0", sOurs.size()) == std::wstring::npos;
+}
+
 bool agrees(Agreement eAgreement, const std::wstring& sOurs, const std::wstring& sTheirs)
 {
     switch (eAgreement)
     {
     case Agreement::kSameText: return sOurs == sTheirs;
     case Agreement::kSameDigits: return only(L"-0123456789", sOurs) == only(L"-0123456789", sTheirs);
+    case Agreement::kSameUpToZeros: return isSameUpToZeros(sOurs, sTheirs);
     case Agreement::kSameValue: return isSameValue(numberIn(sOurs), numberIn(sTheirs));
     case Agreement::kNone: break;
     }

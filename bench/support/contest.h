@@ -16,7 +16,8 @@ namespace tov {
 enum class Agreement
 {
     kSameText,
-    kSameDigits,  // digits and minus sign; the peer does not group, or writes no point
+    kSameDigits,     // digits and minus sign; the peer does not group, or writes no point
+    kSameUpToZeros,  // the peer keeps zeros at the end of a fraction that the library leaves out
     kSameValue,  // as numbers, to 14 significant digits or one unit of the second place: the peer rounds by other rules
     kNone        // the peer does another, related work
 };

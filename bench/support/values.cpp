@@ -82,6 +82,17 @@ std::vector<std::string> longDecimals()
         });
 }
 
+std::vector<std::int64_t> moments()
+{
+    constexpr std::uint64_t kMillisecondsTo2038 = 2145916800ULL * 1000;
+    return makeValues([](Random& tRandom) { return static_cast<std::int64_t>(tRandom() % kMillisecondsTo2038); });
+}
+
+std::vector<double> durations()
+{
+    return makeValues([](Random& tRandom) { return std::floor(std::pow(10.0, uniform(tRandom, 3.0, 11.0))) / 1000; });
+}
+
 std::wstring markedText(std::size_t nLength, unsigned nPercent, const std::wstring& sMarked)
 {
     constexpr std::wstring_view kPlain = L"etaoin shrdlu cmfwyp vbgkjq xz";

@@ -26,6 +26,12 @@ std::vector<std::int64_t> wholeNumbers();
 // eight negative.
 std::vector<std::string> longDecimals();
 
+// Moments from 1970 to 2037 in milliseconds since 1970-01-01 00:00:00 UTC, each as likely as any other.
+std::vector<std::int64_t> moments();
+
+// Whole and fractional seconds, from one second to three years, every length as likely; three decimals.
+std::vector<double> durations();
+
 // A text of 4,096 + `nLength` - 1 characters, so that every place below 4,096 starts a text of `nLength`. Letters and
 // blanks, and in `nPercent` of a hundred characters one of `sMarked`.
 std::wstring markedText(std::size_t nLength, unsigned nPercent, const std::wstring& sMarked);
