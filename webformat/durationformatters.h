@@ -101,12 +101,14 @@ protected:
 private:
     void addUnit(DurationFormat::EDurationType eUnit, unsigned nPad, EOptionalBasedOn eBasis);
     void addText(DurationFormat::EDurationType eType, const String& sText, EOptionalBasedOn eBasis);
-    void adopt(const DurationPattern& tPattern);
+    void adopt(DurationPattern tPattern);
+    void appendUnit(StringBufferBaseTemplate<wchar_t>& tBuffer, const T& tUnit) const;
 
     DurationFormatList m_tFormats;
     String m_sCustomFormat;
     OutputType m_eOutput;
     WebValueFormatterHandle m_hDurationNumberFormatter;
+    bool m_bPlainNumbers = false;  // the number formatter is the one that the class makes for itself
     std::unique_ptr<DurationProgram> m_pProgram;
 };
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 #include "webbedrock/export.h"
@@ -112,7 +113,8 @@ public:
     static DurationPattern parse(const String& sPattern, OutputType eOutput,
                                  OutputType eParseOutput = ValueFormatterTypes::kLastType);
 
-    const DurationFormatList& formats() const { return m_tFormats; }
+    const DurationFormatList& formats() const& { return m_tFormats; }
+    DurationFormatList&& formats() && { return std::move(m_tFormats); }
 
     // The text that the places refer to: the section for the output, or the whole pattern.
     const String& sourceText() const { return m_sSource; }

@@ -34,17 +34,26 @@ struct DurationArithmetic<double>
     // Below this magnitude every whole number is a double, and quotients as well as remainders come out exact.
     static constexpr double kExact = 9007199254740992.0;
 
-    // The division is exact but for magnitudes far past the digits that are shown, where rounding mends it.
     static double floorQuotient(double fSeconds, unsigned nLength)
     {
         if (!std::isfinite(fSeconds))
             return fSeconds;
         const double fRemainder = remainder(fSeconds, nLength);
-        const double fWhole = std::round((fSeconds - fRemainder) / nLength);
+        const double fWhole = truncatedQuotient(fSeconds, fRemainder, nLength);
         return fRemainder < 0 ? fWhole - 1 : fWhole;
     }
 
-    static double remainder(double fSeconds, unsigned nLength) { return std::fmod(fSeconds, nLength); }
+    // Below kExact the whole part divides as an integer. What it leaves and the fraction make up a double again: it has
+    // no digits behind those of the value.
+    static double remainder(double fSeconds, unsigned nLength)
+    {
+        const double fMagnitude = std::fabs(fSeconds);
+        if (!(fMagnitude < kExact))
+            return std::fmod(fSeconds, nLength);
+        const auto nWhole = static_cast<std::int64_t>(fMagnitude);
+        const double fRest = static_cast<double>(nWhole % nLength) + (fMagnitude - static_cast<double>(nWhole));
+        return std::copysign(fRest, fSeconds);
+    }
 
     static double calculateWithRounding(double fSeconds, unsigned nLength, ERoundRule eRule)
     {
@@ -56,6 +65,15 @@ struct DurationArithmetic<double>
     }
 
 private:
+    // From kExact on the division is exact but for magnitudes far past the digits that are shown, where rounding mends
+    // it.
+    static double truncatedQuotient(double fSeconds, double fRemainder, unsigned nLength)
+    {
+        if (std::fabs(fSeconds) < kExact)
+            return static_cast<double>(static_cast<std::int64_t>(fSeconds) / static_cast<std::int64_t>(nLength));
+        return std::round((fSeconds - fRemainder) / nLength);
+    }
+
     // The places where the result steps are whole numbers of seconds (unit lengths are even), which no shortest decimal
     // crosses, so that the remainder alone decides.
     static double roundExactly(double fSeconds, unsigned nLength, ERoundRule eRule)

@@ -1,5 +1,10 @@
 #include "webformat/durationformatters.h"
 
+#include <cmath>
+#include <cstring>
+#include <type_traits>
+#include <utility>
+
 #include "project/webformat/durationarithmetic.h"
 #include "project/webformat/durationprogram.h"
 #include "project/webformat/numericinfo.h"
@@ -38,8 +43,8 @@ private:
 };
 
 // What a unit of the pattern takes of the seconds that are left.
-template <class T>
-T takeUnit(T& tRest, DurationFormat::EDurationType eUnit, unsigned nLength, const DurationFormatList& tFormats)
+template <unsigned nLength, class T>
+T takeUnit(T& tRest, DurationFormat::EDurationType eUnit, const DurationFormatList& tFormats)
 {
     using Arithmetic = DurationArithmetic<T>;
     if (tFormats.needsRoundingRule(eUnit))
@@ -54,14 +59,74 @@ Duration<T> split(T tRest, const DurationFormatList& tFormats)
 {
     Duration<T> tDuration;
     if (tFormats.m_bHasDay)
-        tDuration.m_tDays = takeUnit(tRest, DurationFormat::kDay, kSecondsOfDay, tFormats);
+        tDuration.m_tDays = takeUnit<kSecondsOfDay>(tRest, DurationFormat::kDay, tFormats);
     if (tFormats.m_bHasHour)
-        tDuration.m_tHours = takeUnit(tRest, DurationFormat::kHour, kSecondsOfHour, tFormats);
+        tDuration.m_tHours = takeUnit<kSecondsOfHour>(tRest, DurationFormat::kHour, tFormats);
     if (tFormats.m_bHasMinute)
-        tDuration.m_tMinutes = takeUnit(tRest, DurationFormat::kMinute, kSecondsOfMinute, tFormats);
+        tDuration.m_tMinutes = takeUnit<kSecondsOfMinute>(tRest, DurationFormat::kMinute, tFormats);
     if (tFormats.m_bHasSecond)
         tDuration.m_tSeconds = tRest;
     return tDuration;
+}
+
+// Units from 0 to below this are written here, in the digits that kNumberPattern gives them; the others are left to the
+// number formatter.
+constexpr std::uint32_t kPlainEnd = 1'000'000'000;
+constexpr std::size_t kMostPlainDigits = 9;
+
+// From so many significant digits on a plain unit keeps six decimals when the number formatter rounds it: its whole
+// number is in doubt only within one unit of the sixth.
+constexpr int kFewestExactDigits = 15;
+constexpr double kDoubt = 1e-6;
+
+// The whole number that a unit is shown as, or kPlainEnd where only the number formatter can say.
+std::uint32_t plainNumber(double fUnit, int nMaxSignificantDigits)
+{
+    if (!(fUnit >= 0 && fUnit < kPlainEnd - 1) || nMaxSignificantDigits < kFewestExactDigits)
+        return kPlainEnd;
+    const auto nWhole = static_cast<std::uint32_t>(fUnit);
+    const double fAboveHalf = fUnit - nWhole - 0.5;
+    if (std::fabs(fAboveHalf) < kDoubt)
+        return kPlainEnd;
+    return nWhole + (fAboveHalf > 0 ? 1 : 0);
+}
+
+std::uint32_t plainNumber(const CorvidNumber&, int)
+{
+    return kPlainEnd;
+}
+
+template <class T>
+std::uint32_t plainNumber(T nUnit, int)
+{
+    const auto nBits = static_cast<std::make_unsigned_t<T>>(nUnit);
+    return nBits < kPlainEnd ? static_cast<std::uint32_t>(nBits) : kPlainEnd;
+}
+
+// At least two digits of a number below kPlainEnd.
+void appendPlain(StringBufferBaseTemplate<wchar_t>& tBuffer, std::uint32_t nNumber)
+{
+    if (!tBuffer.reserveFree(kMostPlainDigits))
+        return;
+    std::size_t nDigits = 2;
+    for (std::uint32_t nEnd = 100; nNumber >= nEnd; nEnd *= 10)
+        ++nDigits;
+    wchar_t* const pDigits = tBuffer.freePlace();
+    for (std::size_t n = nDigits; n > 0; --n, nNumber /= 10)
+        pDigits[n - 1] = static_cast<wchar_t>(L'0' + nNumber % 10);
+    tBuffer.advance(nDigits);
+}
+
+// In whole blocks, which is not worth a call.
+void appendText(StringBufferBaseTemplate<wchar_t>& tBuffer, const wchar_t* pText, std::size_t nLength)
+{
+    constexpr std::size_t nBlock = DurationProgram::knBlock;
+    if (!tBuffer.reserveFree((nLength + nBlock - 1) & ~(nBlock - 1)))
+        return;
+    wchar_t* const pTarget = tBuffer.freePlace();
+    for (std::size_t nDone = 0; nDone < nLength; nDone += nBlock)
+        std::memcpy(pTarget + nDone, pText + nDone, nBlock * sizeof(wchar_t));
+    tBuffer.advance(nLength);
 }
 
 }  // namespace
@@ -74,6 +139,7 @@ DurationFormatter<T>::DurationFormatter(const Locale& tLocale, OutputType eOutpu
     : DurationFormatter(eOutput, NumericFormatter<T>::CreateFormatter(WebCustomFormatDefinition(kNumberPattern),
                                                                       tLocale, eOutput, tLanguage))
 {
+    m_bPlainNumbers = true;
 }
 
 template <class T>
@@ -110,10 +176,11 @@ WebValueFormatterHandle DurationFormatter<T>::CreateFormatter(const WebValueForm
 }
 
 template <class T>
-void DurationFormatter<T>::adopt(const DurationPattern& tPattern)
+void DurationFormatter<T>::adopt(DurationPattern tPattern)
 {
     m_sCustomFormat = tPattern.sourceText();
-    m_tFormats = tPattern.formats();
+    m_tFormats = std::move(tPattern).formats();
+    m_pProgram->reserve(m_tFormats.m_vDurationFormats.size());
     for (const DurationFormat& tFormat : m_tFormats.m_vDurationFormats)
         m_pProgram->append(tFormat);
 }
@@ -217,11 +284,21 @@ void DurationFormatter<T>::FormatValue(StringBufferBaseTemplate<wchar_t>& tBuffe
         if (nHidden >> tStep.nBasis & 1)
             continue;
         if (tStep.bText)
-            tBuffer.append(m_pProgram->text(tStep));
+            appendText(tBuffer, m_pProgram->text(tStep), tStep.nTextLength);
         else
-            m_hDurationNumberFormatter->formatToBuffer(tBuffer, aUnits[tStep.nUnit]);
+            appendUnit(tBuffer, *aUnits[tStep.nUnit]);
     }
     tGuard.keep();
+}
+
+template <class T>
+void DurationFormatter<T>::appendUnit(StringBufferBaseTemplate<wchar_t>& tBuffer, const T& tUnit) const
+{
+    const std::uint32_t nNumber = m_bPlainNumbers ? plainNumber(tUnit, m_pProgram->maxSignificantDigits()) : kPlainEnd;
+    if (nNumber < kPlainEnd)
+        appendPlain(tBuffer, nNumber);
+    else
+        m_hDurationNumberFormatter->formatToBuffer(tBuffer, &tUnit);
 }
 
 template class Duration<double>;

@@ -80,6 +80,7 @@ public:
             m_tPattern.m_sSource = WebValueFormatter::GetOutputFormatString(sPattern, m_eOutput, m_eLiteralType);
         m_sText = m_tPattern.m_sSource;
         m_nEnd = m_sText.size();
+        m_tPattern.m_tFormats.m_vDurationFormats.reserve(std::min(m_sText.size(), kUsualElements));
         parseTokens();
         while (m_bOptional)
         {
@@ -230,6 +231,8 @@ private:
         m_nAt = std::min(m_nEnd + 1, m_sText.size());
         m_nEnd = m_sText.size();
     }
+
+    static constexpr std::size_t kUsualElements = 16;
 
     const OutputType m_eOutput;
     DurationPattern m_tPattern;
