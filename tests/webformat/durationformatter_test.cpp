@@ -255,6 +255,20 @@ TEST(DurationFormatter, AllocatesNothingForAValue)
     }
 }
 
+TEST(DurationFormatter, AllocatesNothingForADecimalOfThirtyDigits)
+{
+    const CorvidNumber tValue = *CorvidNumber::fromString("1234567890123456789012345.67891");
+    for (const wchar_t* pPattern : {kDefaultDuration, L"hh:mm", L"hh:mmr", L"hh:mmc"})
+    {
+        const WebValueFormatterHandle hFormatter = durationFormatterFor<CorvidNumber>(pPattern);
+        StringBufferTemplate<wchar_t, 256> tBuffer;
+        const AllocationCounter tCounter;
+        hFormatter->formatToBuffer(tBuffer, &tValue);
+        EXPECT_EQ(tCounter.count(), 0u) << toUtf8(pPattern);
+        EXPECT_GT(tBuffer.length(), 20u);
+    }
+}
+
 TEST(DurationFormatter, ServesManyThreadsAtOnce)
 {
     const WebValueFormatterHandle hFormatter = durationFormatterFor<double>(L"[opt:dd\"d\" ]hh:mm:ss");

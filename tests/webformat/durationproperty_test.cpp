@@ -281,17 +281,39 @@ std::string format(const wchar_t* pPattern, const T& tValue)
                       ->formatAsString(&tValue));
 }
 
-// A double is divided as the decimal that it reads as: where doubles lie more than a second apart, this may be a second
-// next to it.
-TEST(DurationProperty, DoublesRoundAsTheirShortestDecimals)
+struct HugeRow
+{
+    int nLine;
+    const wchar_t* pPattern;
+    std::int64_t nStep;  // the result changes at its multiples
+    int nBits;           // doubles of this length are too far apart to hold them
+};
+
+constexpr HugeRow kHugeRows[] = {
+    {__LINE__, L"mmr", 30, 55},     // from 2^54 on four seconds lie between two doubles
+    {__LINE__, L"hhr", 1800, 57},   // sixteen
+    {__LINE__, L"hhc", 3600, 58},   // thirty-two
+    {__LINE__, L"ddr", 43200, 60},  // 128
+    {__LINE__, L"ddc", 86400, 61},  // 256
+};
+
+// A double is divided as the decimal that it reads as, which may reach a multiple where the double itself stays below.
+TEST(DurationProperty, HugeDoublesRoundAsTheirShortestDecimals)
 {
     std::mt19937_64 tRandom(20240308);
-    for (int n = 0; n < 2000; ++n)
+    for (const HugeRow& tRow : kHugeRows)
     {
-        // Up to 2^56, so that quotients have less than the fifteen digits that a double shows.
-        const double fValue = std::ldexp(static_cast<double>(tRandom() >> 11), static_cast<int>(tRandom() % 20) - 16);
-        for (const wchar_t* pPattern : {L"ddc", L"ddr", L"hhc", L"hhr"})
-            ASSERT_EQ(format(pPattern, fValue), format(pPattern, CorvidNumber(fValue))) << fValue;
+        int nParted = 0;
+        for (int n = 0; n < 500; ++n)
+        {
+            const std::int64_t nNear = static_cast<std::int64_t>(tRandom() >> (64 - tRow.nBits));
+            const std::int64_t nMultiple = (nNear | std::int64_t{1} << (tRow.nBits - 1)) / tRow.nStep * tRow.nStep;
+            const double fValue = static_cast<double>(nMultiple);
+            ASSERT_EQ(format(tRow.pPattern, fValue), format(tRow.pPattern, CorvidNumber(fValue)))
+                << "row at line " << tRow.nLine << " " << nMultiple;
+            nParted += format(tRow.pPattern, fValue) != format(tRow.pPattern, CorvidNumber(static_cast<long>(fValue)));
+        }
+        EXPECT_GT(nParted, 0) << "row at line " << tRow.nLine;
     }
 }
 

@@ -92,6 +92,11 @@ constexpr Row<double> kRoundingRows[] = {
     {__LINE__, L"dd:hh", 5400, L"00:02"},
     {__LINE__, L"mm", 89.99, L"01"},
     {__LINE__, L"mm", 90, L"02"},
+    // The decimal that a double reads as is divided, not its binary value: they part in the fifteenth digit.
+    {__LINE__, L"mm", 89.9999999999997, L"01"},
+    {__LINE__, L"mm", 149.9999999999997, L"03"},
+    {__LINE__, L"hh", 264599.9999999998, L"73"},
+    {__LINE__, L"dd", 11102399.999999957, L"128"},
     // To nearest, halves up.
     {__LINE__, L"hh:mmr", 5430, L"01:31"},
     {__LINE__, L"hh:mmr", 5429.99, L"01:30"},
