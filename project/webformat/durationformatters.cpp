@@ -278,7 +278,10 @@ void DurationFormatter<T>::FormatValue(StringBufferBaseTemplate<wchar_t>& tBuffe
     const T tZero = T();
     unsigned nHidden = 0;  // one bit a basis
     for (unsigned nUnit = 0; nUnit < std::size(aUnits); ++nUnit)
-        nHidden |= (*aUnits[nUnit] == tZero ? 1u : 0u) << nUnit;
+    {
+        if (*aUnits[nUnit] == tZero)
+            nHidden |= 1u << nUnit;
+    }
     for (const DurationProgram::Step& tStep : m_pProgram->steps())
     {
         if (nHidden >> tStep.nBasis & 1)
