@@ -4,49 +4,13 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "tools/support/command.h"
+#include "tools/support/batchrows.h"
 
 namespace tov {
 
-namespace {
-
-std::string ask(const std::string& sRequests, const std::vector<std::string>& vOptions = {})
-{
-    std::vector<std::string> vArguments = {"batch"};
-    vArguments.insert(vArguments.end(), vOptions.begin(), vOptions.end());
-    return runCommand(vArguments, sRequests).sOutput;
-}
-
-struct Row
-{
-    int nLine;
-    std::string sRequest;
-    std::string sResponse;
-};
-
-// Sends all requests at once and compares the answers one by one.
-template <std::size_t nRows>
-void checkAnswers(const Row (&aRows)[nRows])
-{
-    std::string sRequests;
-    for (const Row& tRow : aRows)
-        sRequests += tRow.sRequest + "\n";
-    const std::string sResponses = ask(sRequests);
-    std::size_t nStart = 0;
-    for (const Row& tRow : aRows)
-    {
-        const std::size_t nEnd = std::min(sResponses.find('\n', nStart), sResponses.size());
-        EXPECT_EQ(sResponses.substr(nStart, nEnd - nStart), tRow.sResponse) << "row at line " << tRow.nLine;
-        nStart = std::min(nEnd + 1, sResponses.size());
-    }
-    EXPECT_EQ(nStart, sResponses.size());
-}
-
-}  // namespace
-
 TEST(Batch, FormatsValuesWithEveryFactory)
 {
-    const Row aRows[] = {
+    const BatchRow aRows[] = {
         {__LINE__, R"j({"id":1,"type":"double","value":1234.5})j", R"j({"id":1,"text":"1234.50"})j"},
         {__LINE__, R"j({"type":"double","values":[1,null,"NaN","INF","-INF",-0.0]})j",
          R"j({"texts":["1.00","","NAN","INF","-INF","0.00"]})j"},
@@ -105,7 +69,7 @@ TEST(Batch, FormatsValuesWithEveryFactory)
 
 TEST(Batch, TellsWhereNoFormatterAppliesAndWhatWasRaised)
 {
-    const Row aRows[] = {
+    const BatchRow aRows[] = {
         {__LINE__, R"j({"type":"bigint","value":1})j",
          R"j({"formatter":null,"assertions":[{"expression":"false","source":"webformat/valueformatter"}]})j"},
         {__LINE__, R"j({"type":"unknown","value":null})j",
@@ -123,7 +87,7 @@ TEST(Batch, TellsWhereNoFormatterAppliesAndWhatWasRaised)
 
 TEST(Batch, SaysWhatIsWrongWithARequest)
 {
-    const Row aRows[] = {
+    const BatchRow aRows[] = {
         {__LINE__, "nonsense",
          R"j({"error":"no JSON at byte 2: syntax error while parsing value - invalid literal; last read: )j"
          R"j('no'","line":1})j"},
@@ -204,7 +168,7 @@ TEST(Batch, RefusesLoneSurrogatesDeepJsonAndBrokenText)
 
 TEST(Batch, AnswersTheOtherRequests)
 {
-    const Row aRows[] = {
+    const BatchRow aRows[] = {
         {__LINE__,
          R"j({"do":"definition","definition":"<tov:dataFormat xsi:type='tov:number' commas='1' )j"
          R"j(negativeType='()' scaleFactor='auto'/>"})j",

@@ -37,7 +37,9 @@ footer { padding-block: 0.5rem; color: var(--soft); border-top: 1px solid var(--
 footer p { margin: 0; }
 main { flex: 1; min-height: 0; overflow: auto; overscroll-behavior: contain; border-top: 1px solid var(--line); }
 main:focus-visible { outline: 2px solid Highlight; outline-offset: -2px; }
-table { border-collapse: separate; border-spacing: 0; width: max-content; min-width: 100%; }
+table {
+  border-collapse: separate; border-spacing: 0; width: max-content; min-width: 100%; font-variant-numeric: tabular-nums;
+}
 th, td { padding: 0.375rem 0.75rem; text-align: start; vertical-align: top; border-bottom: 1px solid var(--line); }
 th {
   position: sticky; top: 0; z-index: 1; vertical-align: bottom; white-space: nowrap;
@@ -45,7 +47,7 @@ th {
 }
 td { white-space: nowrap; }
 tbody tr:hover td { background: var(--hover); }
-.number { text-align: right; font-variant-numeric: tabular-nums; }
+.number { text-align: right; }
 td.number { direction: ltr; unicode-bidi: isolate; }
 td.text {
   white-space: pre-line; min-width: 8rem; max-width: 18rem; overflow-wrap: break-word; unicode-bidi: plaintext;
@@ -202,9 +204,9 @@ void Page::writeRow(const std::vector<String>& vCells)
 void Page::writeFoot()
 {
     const ReportDefinition& tReport = m_tTable.report();
-    const std::string sCount = escaped(formattedCount(m_tTable.rowCount(), tReport.tLocale, tReport.tLanguage));
+    const std::string sCount = escaped(rowCountText(m_tTable.rowCount(), tReport.tLocale, tReport.tLanguage));
     m_tOutput.write("</tbody>\n</table>\n</main>\n<footer>\n<p dir=\"ltr\">" + sCount +
-                    (m_tTable.rowCount() == 1 ? " row" : " rows") + "</p>\n</footer>\n</body>\n</html>\n");
+                    "</p>\n</footer>\n</body>\n</html>\n");
 }
 
 }  // namespace

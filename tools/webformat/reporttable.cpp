@@ -1,6 +1,8 @@
 #include "reporttable.h"
 
 #include <algorithm>
+#include <array>
+#include <utility>
 
 #include "cellvalue.h"
 #include "corefacade/imagesizedeterminer.h"
@@ -10,6 +12,26 @@
 namespace tov {
 
 namespace {
+
+constexpr std::array<std::pair<std::wstring_view, std::wstring_view>, 11> kaRowLabels = {{{L"de", L"Zeilen: "},
+                                                                                          {L"es", L"Filas: "},
+                                                                                          {L"fr", L"Lignes\u00A0: "},
+                                                                                          {L"it", L"Righe: "},
+                                                                                          {L"ja", L"行数: "},
+                                                                                          {L"ko", L"행 수: "},
+                                                                                          {L"nl", L"Rijen: "},
+                                                                                          {L"pl", L"Wiersze: "},
+                                                                                          {L"pt", L"Linhas: "},
+                                                                                          {L"ru", L"Строк: "},
+                                                                                          {L"zh", L"行数: "}}};
+
+bool isOfLanguage(std::wstring_view sTag, std::wstring_view sLanguage)
+{
+    const std::wstring_view sFirst = sTag.substr(0, sTag.find_first_of(L"-_"));
+    return std::equal(sFirst.begin(), sFirst.end(), sLanguage.begin(), sLanguage.end(),
+                      [](wchar_t nLeft, wchar_t nRight)
+                      { return (nLeft >= L'A' && nLeft <= L'Z' ? nLeft + (L'a' - L'A') : nLeft) == nRight; });
+}
 
 // "[image 16x8]" for the bytes of an image, nothing for others.
 String imageSizeText(std::string_view sBytes)
@@ -144,11 +166,16 @@ bool ReportTable::isBinary(std::size_t nColumn) const
     return m_vColumns[nColumn].pColumn->tType.category() == SQLDataType::kCatBinary;
 }
 
-String formattedCount(std::uint64_t nCount, const Locale& tLocale, const KTWUILanguage& tLanguage)
+String rowCountText(std::uint64_t nCount, const Locale& tLocale, const KTWUILanguage& tLanguage)
 {
     const WebValueFormatterHandle hFormatter = WebValueFormatter::GetCustomFormatter(
         SQLDataType(SQLDataType::kUnsignedBigInt), L"#,##0", tLocale, ValueFormatterTypes::kText, tLanguage);
-    return hFormatter->formatAsString(&nCount);
+    const String sCount = hFormatter->formatAsString(&nCount);
+    // A label in front goes with every number.
+    for (const auto& [sLanguage, sLabel] : kaRowLabels)
+        if (isOfLanguage(tLanguage.GetTag(), sLanguage))
+            return String(sLabel) + sCount;
+    return sCount + (nCount == 1 ? L" row" : L" rows");
 }
 
 }  // namespace tov

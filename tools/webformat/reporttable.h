@@ -77,7 +77,8 @@ private:
     ProgressBar m_tProgress;
 };
 
-// The number of rows as the report's locale writes it: 3000 -> L"3,000".
-String formattedCount(std::uint64_t nCount, const Locale& tLocale, const KTWUILanguage& tLanguage);
+// How many rows there are, in the report's language (English where its words are not known) and as its locale writes
+// numbers: 3000 -> L"3,000 rows", L"Zeilen: 3.000".
+String rowCountText(std::uint64_t nCount, const Locale& tLocale, const KTWUILanguage& tLanguage);
 
 }  // namespace tov

@@ -106,8 +106,7 @@ void writeTextReport(const ReportDefinition& tReport, DataSource& tData, OutputF
     if (!tReport.sTitle.empty())
         tOutput.write(onOneLine(tReport.sTitle) + L"\n\n");
     Layout(tTable, tOutput).writeTable();
-    tOutput.write(L"\n" + formattedCount(tTable.rowCount(), tReport.tLocale, tReport.tLanguage) +
-                  (tTable.rowCount() == 1 ? L" row\n" : L" rows\n"));
+    tOutput.write(L"\n" + rowCountText(tTable.rowCount(), tReport.tLocale, tReport.tLanguage) + L"\n");
 }
 
 }  // namespace tov
