@@ -52,7 +52,8 @@ TEST(CommandLine, TellsDoneFromWrongInputAndWrongUsage)
         {__LINE__, {}, 2, "", "A subcommand is required"},
         {__LINE__, {"nonsense"}, 2, "", "subcommand"},
         {__LINE__, {"list"}, 2, "", "KIND is required"},
-        {__LINE__, {"list", "nonsense"}, 2, "", "nonsense not in {types,locales,"},
+        {__LINE__, {"list", "nonsense"}, 2, "", "nonsense not in {types,locales,time-zones,outputs}"},
+        {__LINE__, {"list", "time-zones"}, 0, "Africa/Abidjan\nAfrica/Accra\n", ""},
         {__LINE__, {"list", "outputs"}, 0, "text\nhtml\nxml\njavascript\npdf\nsql\nsqlliteral\nxlsx\n", ""},
         {__LINE__, {"list", "types"}, 0, "invalid\nunknown\nbit\ntinyint\nsmallint\ninteger\nunsignedinteger\n", ""},
         {__LINE__, {"value", "--type", "double"}, 2, "", "VALUE is required"},
@@ -97,6 +98,73 @@ TEST(CommandLine, TellsDoneFromWrongInputAndWrongUsage)
          "9223372036854775807\n",
          ""},
         {__LINE__, {"value", "--type", "varbinary", "AP8="}, 0, "00FF\n", ""},
+        {__LINE__, {"value", "--type", "date", "2024-03-05", "-0044-03-15"}, 0, "3/5/2024\n3/15/-44\n", ""},
+        {__LINE__, {"value", "--type", "time", "--locale", "de-DE", "17:08:09.5"}, 0, "17:08:09\n", ""},
+        {__LINE__,
+         {"value", "--type", "date", "--pattern", "dddd", "--locale", "ja-JP", "2024-03-05"},
+         0,
+         "火曜日\n",
+         ""},
+        {__LINE__,
+         {"value", "--type", "date", "2024-02-30"},
+         1,
+         "",
+         "value 1: found \"2024-02-30\", expected a date such as 2024-03-05"},
+        {__LINE__, {"value", "--type", "timestamp", "2024-03-05 07:08:09"}, 0, "3/5/2024 7:08:09 AM\n", ""},
+        {__LINE__,
+         {"value", "--type", "timestamp", "--data-offset", "-300", "--time-zone", "Europe/Berlin", "--language", "de",
+          "--pattern", "HH:mm TZ", "2024-07-01 12:00:00"},
+         0,
+         "19:00 MEZ\n",
+         ""},
+        {__LINE__,
+         {"value", "--type", "timestamp", "--data-offset=-300", "--time-zone", "america/new_york",
+          "2024-07-01 12:00:00"},
+         0,
+         "7/1/2024 1:00:00 PM\n",
+         ""},
+        // Without an offset the values are in UTC.
+        {__LINE__,
+         {"value", "--type", "timestamp", "--time-zone", "Asia/Tokyo", "2024-07-01 12:00:00"},
+         0,
+         "7/1/2024 9:00:00 PM\n",
+         ""},
+        {__LINE__,
+         {"value", "--type", "timestamp", "--data-offset", "unknown", "--time-zone", "Asia/Tokyo",
+          "2024-07-01 12:00:00"},
+         0,
+         "7/1/2024 12:00:00 PM\n",
+         ""},
+        {__LINE__,
+         {"value", "--type", "timestamp", "--data-offset", "0", "--pattern", "HH:mm[TZ:Asia/Tokyo]",
+          "2024-07-01 12:00:00"},
+         0,
+         "21:00GMT+9\n",
+         ""},
+        {__LINE__,
+         {"value", "--type", "timestamp", "--data-offset", "0", "--definition",
+          "<tov:dataFormat xsi:type='tov:date' biFormat='timeODBC' displayTimeZone='Asia/Tokyo'/>",
+          "2024-07-01 12:00:00"},
+         0,
+         "21:00:00\n",
+         ""},
+        {__LINE__,
+         {"value", "--type", "timestamp", "--time-zone", "Europe/Berlinn", "2024-03-05 07:08:09"},
+         2,
+         "",
+         "--time-zone: found \"Europe/Berlinn\", expected a known time zone such as \"America/New_York\" (see: "
+         "webformat list time-zones)"},
+        {__LINE__,
+         {"value", "--type", "timestamp", "--data-offset", "1081", "2024-03-05 07:08:09"},
+         2,
+         "",
+         "--data-offset: found \"1081\", expected a whole number of minutes from -1080 to 1080, or \"unknown\""},
+        {__LINE__,
+         {"value", "--type", "double", "--pattern", "[duration(sec)][opt:dd\"d \"]hh:mm", "93784", "3600"},
+         0,
+         "01d 02:03\n01:00\n",
+         ""},
+        {__LINE__, {"explain", "--kind", "poem", "d"}, 2, "", "poem not in {numeric,date,duration"},
         {__LINE__,
          {"value", "--type", "double", "--definition", "<tov:dataFormat xsi:type='tov:number' negativeType='paren'/>",
           "-5"},
@@ -156,6 +224,19 @@ TEST(CommandLine, ReadsTheHostConfiguration)
     EXPECT_EQ(runCommand({"value", "--type", "double", "--pattern", "0.####", "1.23456"}).sOutput, "1.2346\n");
     EXPECT_EQ(runCommand({"value", "--type", "double", "--pattern", "0.####", "1.23456", "--config", sConfig}).sOutput,
               "1.23\n");
+    const std::string sZones = tFolder.write("zones.xml",
+                                             "<Config><TimeZone><DefaultDataOffset>GMT+01:00</DefaultDataOffset>"
+                                             "<DefaultDataDisplay>Asia/Tokyo</DefaultDataDisplay></TimeZone></Config>");
+    const auto stamp = [&](std::vector<std::string> vOptions)
+    {
+        vOptions.insert(vOptions.begin(), {"--config", sZones, "value", "--type", "timestamp"});
+        vOptions.emplace_back("2024-07-01 12:00:00");
+        return runCommand(vOptions).sOutput;
+    };
+    EXPECT_EQ(stamp({}), "7/1/2024 8:00:00 PM\n");
+    EXPECT_EQ(stamp({"--data-offset", "0"}), "7/1/2024 9:00:00 PM\n");
+    EXPECT_EQ(stamp({"--time-zone", "Europe/Paris"}), "7/1/2024 1:00:00 PM\n");
+    EXPECT_EQ(stamp({"--time-zone", "default"}), "7/1/2024 8:00:00 PM\n");
     const std::string sBroken = tFolder.write("broken.xml", "<Config>\n  <a></b></Config>");
     const CommandResult tResult = runCommand({"--config", sBroken, "value", "--type", "double", "1"});
     EXPECT_EQ(tResult.nStatus, 1);

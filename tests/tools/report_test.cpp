@@ -141,6 +141,107 @@ TEST(Report, RendersTheSampleTheSameFromCsvAndFromTheDatabase)
     EXPECT_NE(readFile(tFolder.path("html1")).find("<p dir=\"ltr\">3,000 rows</p>"), std::string::npos);
 }
 
+TEST(Report, ShowsDatesTimesTimestampsAndDurationsWithAndWithoutAFormat)
+{
+    const TemporaryFolder tFolder;
+    const std::string sReport = reportXml(
+        "<tov:column name=\"d\" type=\"date\"/><tov:column name=\"t\" type=\"time\"/>"
+        "<tov:column name=\"s\" type=\"timestamp\"/>"
+        "<tov:column name=\"d\" type=\"date\"><tov:dataFormat xsi:type=\"tov:date\" "
+        "biFormat=\"dateLong\"/></tov:column>"
+        "<tov:column name=\"t\" type=\"time\"><tov:dataFormat xsi:type=\"tov:date\" biFormat=\"timeHourMin\"/>"
+        "</tov:column><tov:column name=\"s\" type=\"timestamp\">"
+        "<tov:dataFormat xsi:type=\"tov:custom\" customFormat=\"&quot;&lt;&quot;\\&lt;HH:mm TZ\"/></tov:column>"
+        "<tov:column name=\"n\" type=\"double\"><tov:dataFormat xsi:type=\"tov:custom\" "
+        "customFormat=\"[duration(sec)][opt:dd&quot;d &quot;]hh:mm\"/></tov:column>",
+        " locale=\"de-DE\" language=\"de\" dataOffset=\"0\" displayTimeZone=\"Europe/Berlin\"");
+    const std::string sData = "d,t,s,n\n2024-03-05,17:08:09.5,2024-07-01 22:30:00.25,93784.5\n,,,\n";
+    const CommandResult tText = render(tFolder, sReport, sData, "text");
+    EXPECT_EQ(tText.sErrors, "");
+    EXPECT_EQ(tText.sOutput,
+              "d           t         s                    d                       t      s                    n\n"
+              "----------  --------  -------------------  ----------------------  -----  -----------  ---------\n"
+              "05.03.2024  17:08:09  02.07.2024 00:30:00  Dienstag, 5. März 2024  17:08  <<00:30 MEZ  01d 02:03\n"
+              "                                                                                                \n"
+              "\nZeilen: 2\n");
+    const std::string sPage = render(tFolder, sReport, sData, "html").sOutput;
+    for (const char* pCell : {">05.03.2024<", ">17:08:09<", ">02.07.2024 00:30:00<", ">Dienstag, 5. März 2024<",
+                              ">17:08<", "&lt;&lt;00:30 MEZ<", ">01d 02:03<", ">&nbsp;<", ">Zeilen: 2<"})
+        EXPECT_NE(sPage.find(pCell), std::string::npos) << pCell << sPage.substr(sPage.find("<tbody>"));
+    // Machines get what is stored.
+    EXPECT_EQ(render(tFolder, sReport, sData, "csv").sOutput,
+              "d,t,s,d,t,s,n\r\n2024-03-05,17:08:09.5,2024-07-01 22:30:00,2024-03-05,17:08:09.5,2024-07-01 22:30:00,"
+              "93784.5\r\n,,,,,,\r\n");
+}
+
+TEST(Report, ShowsTimestampsInItsZoneUnlessAColumnHasItsOwn)
+{
+    struct Row
+    {
+        int nLine;
+        const char* pReport;  // attributes
+        const char* pFormat;
+        const char* pCell;
+    };
+    const char* const pPlain = "xsi:type='tov:custom' customFormat='HH:mm'";
+    const Row aRows[] = {
+        {__LINE__, "", pPlain, "12:00"},
+        {__LINE__, " dataOffset='0'", pPlain, "12:00"},
+        {__LINE__, " dataOffset='0' displayTimeZone='America/New_York'", pPlain, "08:00"},
+        {__LINE__, " dataOffset='-300' displayTimeZone='america/new_york'", pPlain, "13:00"},
+        {__LINE__, " dataOffset='unknown' displayTimeZone='America/New_York'", pPlain, "12:00"},
+        // Without an offset the values are in UTC.
+        {__LINE__, " displayTimeZone='America/New_York'", pPlain, "08:00"},
+        {__LINE__, " dataOffset='0' displayTimeZone='default'", pPlain, "12:00"},
+        {__LINE__, " dataOffset='0' displayTimeZone='America/New_York'",
+         "xsi:type='tov:custom' customFormat='HH:mm TZ'", "08:00 ET"},
+        {__LINE__, " dataOffset='0' displayTimeZone='America/New_York'",
+         "xsi:type='tov:date' predefinedFormat='HH:mm' displayTimeZone='Asia/Tokyo'", "21:00"},
+        {__LINE__, " dataOffset='0' displayTimeZone='America/New_York'",
+         "xsi:type='tov:date' predefinedFormat='HH:mm' displayTimeZone='default'", "08:00"},
+        {__LINE__, " dataOffset='0' displayTimeZone='America/New_York'",
+         "xsi:type='tov:date' predefinedFormat='HH:mm[TZ:Asia/Tokyo]'", "21:00GMT+9"},
+        {__LINE__, " dataOffset='0'", "xsi:type='tov:date' biFormat='timeHourMin' displayTimeZone='Asia/Tokyo'",
+         "9:00 PM"},
+        {__LINE__, " dataOffset='0' displayTimeZone='America/New_York'",
+         "xsi:type='tov:whistler' whistlerFormat='hh:mm'", "08:00"},
+    };
+    const TemporaryFolder tFolder;
+    for (const Row& tRow : aRows)
+    {
+        const CommandResult tResult = render(tFolder,
+                                             reportXml("<tov:column name='a' type='timestamp'><tov:dataFormat " +
+                                                           std::string(tRow.pFormat) + "/></tov:column>",
+                                                       tRow.pReport),
+                                             "a\n2024-07-01 12:00:00\n", "text");
+        EXPECT_EQ(tResult.sErrors, "") << "row at line " << tRow.nLine;
+        EXPECT_NE(tResult.sOutput.find(std::string("\n") + tRow.pCell + "\n"), std::string::npos)
+            << "row at line " << tRow.nLine << "\n"
+            << tResult.sOutput;
+    }
+}
+
+TEST(Report, CountsItsRowsInItsLanguage)
+{
+    const std::pair<const char*, const char*> aRows[] = {{"en-us", "\n1,000 rows\n"},    {"de", "\nZeilen: 1,000\n"},
+                                                         {"DE-at", "\nZeilen: 1,000\n"}, {"ja", "\n行数: 1,000\n"},
+                                                         {"ru", "\nСтрок: 1,000\n"},     {"del", "\n1,000 rows\n"},
+                                                         {"d", "\n1,000 rows\n"}};
+    std::string sData = "a\n";
+    for (int nRow = 0; nRow < 1000; ++nRow)
+        sData += "1\n";
+    const TemporaryFolder tFolder;
+    for (const auto& [pLanguage, pEnd] : aRows)
+    {
+        const std::string sOutput =
+            render(tFolder,
+                   reportXml("<tov:column name='a' type='integer'/>", " language='" + std::string(pLanguage) + "'"),
+                   sData, "text")
+                .sOutput;
+        EXPECT_NE(sOutput.find(pEnd), std::string::npos) << pLanguage << sOutput.substr(sOutput.size() - 40);
+    }
+}
+
 TEST(Report, TakesTheValuesOfADatabaseByTheirColumnsTypes)
 {
     const TemporaryFolder tFolder;
@@ -206,6 +307,13 @@ TEST(Report, SaysWhatIsWrongWithAReportFileAndWhere)
         {__LINE__, reportXml("<tov:column name='a' type='double'/>", "\n colour=\"red\""),
          ":2:10: found the attribute \"colour\", expected \"locale\", \"language\", \"title\", \"dataOffset\" or "
          "\"displayTimeZone\""},
+        {__LINE__, reportXml("<tov:column name='a' type='double'/>", "\n dataOffset=\"1081\""),
+         ":2:14: dataOffset: found \"1081\", expected a whole number of minutes from -1080 to 1080, or \"unknown\""},
+        {__LINE__, reportXml("<tov:column name='a' type='double'/>", "\n dataOffset=\"\""),
+         ":2:14: dataOffset: found \"\", expected a whole number"},
+        {__LINE__, reportXml("<tov:column name='a' type='double'/>", "\n displayTimeZone=\"Europe/Berlinn\""),
+         ":2:19: displayTimeZone: found \"Europe/Berlinn\", expected a known time zone such as \"America/New_York\" "
+         "(see: webformat list time-zones)"},
         {__LINE__, reportXml("<tov:row/>"), ":2:1: found the element \"row\", expected the element \"tov:column\""},
         {__LINE__, reportXml("x<tov:column name='a' type='double'/>"),
          ":1:1: found text in the element \"report\", expected elements only"},
@@ -256,6 +364,14 @@ TEST(Report, SaysWhatIsWrongWithAReportFileAndWhere)
          "\"mailTo\" or \"imageURL\""},
         {__LINE__, format("xsi:type='tov:date' biFormat='shortDate'"),
          ":3:47: biFormat: found \"shortDate\", expected \"dateShort\", \"dateLong\","},
+        {__LINE__, format("xsi:type='tov:date' biFormat='dateLong' displayTimeZone='EST5'"),
+         ":3:74: displayTimeZone: found \"EST5\", expected a known time zone"},
+        {__LINE__, format("xsi:type='tov:date' predefinedFormat='HH[TZ: Nowhere ]'"),
+         ":3:55: predefinedFormat: found \"HH[TZ: Nowhere ]\", expected a known time zone"},
+        {__LINE__, format("xsi:type='tov:custom' customFormat='HH[TZ:Nowhere]'"),
+         ":3:53: customFormat: found \"HH[TZ:Nowhere]\", expected a known time zone"},
+        {__LINE__, format("xsi:type='tov:date' biFormat='dateLong'"),
+         ":3:1: found a data format that does not apply, expected one for values of the type \"double\""},
         {__LINE__, format("xsi:type='tov:date'"),
          ":3:1: found no pattern, expected the attribute \"biFormat\" or \"predefinedFormat\""},
         {__LINE__, format("xsi:type='tov:whistler'"),
@@ -315,6 +431,10 @@ TEST(Report, SaysWhatIsWrongWithTheDataAndWhere)
          ":3:1: column \"a\": found \"2147483648\", expected a whole number from"},
         {__LINE__, "date", "a\n2024-02-30\n",
          ":2:1: column \"a\": found \"2024-02-30\", expected a date such as 2024-03-05"},
+        {__LINE__, "date", "a,b\n2024-03-05,1\n2024-3-6,2\n",
+         ":3:1: column \"a\": found \"2024-3-6\", expected a date"},
+        {__LINE__, "timestamp", "b,a\n\"x\ny\",2024-03-05 07:08:60\n",
+         ":3:4: column \"a\": found \"2024-03-05 07:08:60\", expected a timestamp such as 2024-03-05 07:08:09.5"},
         {__LINE__, "time", "a\n25:00:00\n", ":2:1: column \"a\": found \"25:00:00\", expected a time"},
         {__LINE__, "timestamp", "a\n2024-02-03\n", ":2:1: column \"a\": found \"2024-02-03\", expected a timestamp"},
         {__LINE__, "varbinary", "a\nxyz\n", ":2:1: column \"a\": found \"xyz\", expected base64"},
@@ -435,6 +555,36 @@ TEST(Report, ReadsAPipeOnceAndSaysSoWhereItNeedsTwo)
     EXPECT_EQ(run("csv").sOutput, "a\r\n2\r\n");
     EXPECT_EQ(run("text").nStatus, 1);
     EXPECT_NE(run("text").sErrors.find("/dev/stdin: the file cannot be read a second time"), std::string::npos);
+}
+
+TEST(Examples, ShowTheOrdersToReadersOfOtherCountries)
+{
+    struct Row
+    {
+        const char* pReport;
+        std::vector<const char*> vCells;
+    };
+    // The first order: due on 2021-09-06, ordered at 2021-08-29 13:51:37 in UTC.
+    const Row aRows[] = {
+        {"sales-report", {"8/29/2021 9:51 AM ET", "Monday, September 6, 2021", "03d 00h 05m"}},
+        {"sales-report-de", {"Montag, 6. September 2021", "So. 29.08.2021 15:51 MEZ", "03 T. 00:05 Std."}},
+        {"sales-report-ja", {"2021年9月6日月曜日", "西暦 2021/08/29 午後 10:51 JST", "03日00時間05分"}},
+        {"sales-report-ru", {"понедельник, 6 сентября 2021 г.", "сентябрь 2021", "вс, 29.08.2021 16:51 GMT+3"}},
+    };
+    const TemporaryFolder tFolder;
+    for (const Row& tRow : aRows)
+    {
+        const std::string sPage = tFolder.path("page.html");
+        const CommandResult tResult =
+            runCommand({"report", sourcePath("examples/" + std::string(tRow.pReport) + ".xml"), "--data",
+                        sourcePath("examples/sales.csv"), "--output", "html", "-o", sPage});
+        ASSERT_EQ(tResult.nStatus, 0) << tResult.sErrors;
+        const std::string sText = readFile(sPage);
+        const std::string sFirst = sText.substr(sText.find("<tbody>"), sText.find("</tr>", sText.find("<tbody>")));
+        for (const char* pCell : tRow.vCells)
+            EXPECT_NE(sFirst.find(std::string(">") + pCell + "<"), std::string::npos) << pCell;
+        EXPECT_EQ(runProgram("python3", {sourcePath("tests/tools/check_html.py"), sPage}).nStatus, 0) << tRow.pReport;
+    }
 }
 
 TEST(Examples, AreWhatTheirScriptMakes)
