@@ -11,7 +11,7 @@ namespace tov {
 class WEBFORMAT_EXPORT WebNumberFormatDefinitionBase : public WebValueFormatDefinition
 {
 public:
-    enum NegativeFormat
+    enum NegativeFormat : int
     {
         kMinus = 0,      // leading minus sign
         kRed = 1,        // red, no sign
@@ -161,7 +161,7 @@ template <class T>
 class WEBFORMAT_EXPORT NumericFormatter : public WebValueFormatter
 {
 public:
-    enum FormatAs
+    enum FormatAs : int  // a caller may hand over any number
     {
         kDisplayAsInteger = 0,
         kDisplayAsReal = 1,

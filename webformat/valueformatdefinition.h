@@ -41,7 +41,7 @@ class WEBFORMAT_EXPORT WebValueFormatDefinition : public RefCountedBaseTemplate<
 {
 public:
     // The values are fixed; definitions of different types are ordered by them.
-    enum DefType
+    enum DefType : int
     {
         kNone = 0,
         kCustomFormat = 1,
@@ -57,7 +57,7 @@ public:
         kLastDef = 11
     };
 
-    enum FormatPattern
+    enum FormatPattern : int
     {
         kFormatPatternNormal = 0,  // as a style of an HTML page for Excel carries it
         kFormatPatternExcel = 1    // as the Excel export writes it into a workbook
@@ -193,7 +193,7 @@ private:
 class WEBFORMAT_EXPORT WebTextFormatDefinition : public WebValueFormatDefinition
 {
 public:
-    enum Type
+    enum Type : int
     {
         kPlainText = 0,
         kPlainNBSPText = 1,
