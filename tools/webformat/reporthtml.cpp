@@ -32,7 +32,9 @@ body {
   font: 0.875rem/1.4 system-ui, -apple-system, "Segoe UI", Roboto, "Noto Sans", sans-serif;
 }
 header, footer { flex: none; padding: 0.75rem; }
-header h1 { margin: 0; font-size: 1.25rem; font-weight: 600; line-height: 1.25; overflow-wrap: anywhere; }
+header h1 {
+  margin: 0; font-size: 1.25rem; font-weight: 600; line-height: 1.25; overflow-wrap: anywhere; text-wrap: balance;
+}
 footer { padding-block: 0.5rem; color: var(--soft); border-top: 1px solid var(--line); }
 footer p { margin: 0; }
 main { flex: 1; min-height: 0; overflow: auto; overscroll-behavior: contain; border-top: 1px solid var(--line); }
