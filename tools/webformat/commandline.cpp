@@ -124,11 +124,6 @@ int runCommandLine(const std::vector<std::string>& vArguments)
         tAction();
         return kDone;
     }
-    catch (const UsageError& tError)
-    {
-        std::fprintf(stderr, "webformat: %s\n", tError.what());
-        return kWrongUsage;
-    }
     catch (const std::exception& tError)
     {
         std::fprintf(stderr, "webformat: %s\n", tError.what());

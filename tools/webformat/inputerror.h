@@ -27,13 +27,6 @@ public:
     explicit InputError(const std::string& sMessage);
 };
 
-// Says that an argument of the command names nothing that there is. The command ends with exit status 2.
-class UsageError : public std::runtime_error
-{
-public:
-    using std::runtime_error::runtime_error;
-};
-
 // A piece of input as messages show it: between double quotes, controls as \xNN, at most 60 characters and then "...".
 //
 // Example: quotedForMessage("a\tb") -> "\"a\\x09b\""

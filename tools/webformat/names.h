@@ -30,8 +30,8 @@ const char* storageName(SQLDataType::StorageType eStorage);
 
 Locale localeFromTag(const String& sTag);
 
-// Runs a look-up of names that came as arguments: what it says about an unknown one is thrown as UsageError with the
-// option's name in front.
+// Runs a look-up of names that came as arguments: what it says about an unknown one is thrown again with the option's
+// name in front.
 template <class LookUp>
 auto ofArgument(const char* pOption, const LookUp& tLookUp)
 {
@@ -41,7 +41,7 @@ auto ofArgument(const char* pOption, const LookUp& tLookUp)
     }
     catch (const InputError& tError)
     {
-        throw UsageError(std::string(pOption) + ": " + tError.what());
+        throw InputError(std::string(pOption) + ": " + tError.what());
     }
 }
 

@@ -40,11 +40,11 @@ ZoneSettings zonesOf(const ValueOptions& tOptions)
     ZoneSettings tSettings;
     tSettings.nDataOffset = dataOffsetFromText(wideArgument(tOptions.sDataOffset, "--data-offset"));
     if (!tSettings.nDataOffset && !tOptions.sDataOffset.empty())
-        throw UsageError("--data-offset: found " + quotedForMessage(tOptions.sDataOffset) + ", expected " +
+        throw InputError("--data-offset: found " + quotedForMessage(tOptions.sDataOffset) + ", expected " +
                          kpExpectedDataOffset);
     tSettings.sDisplayTimeZone = wideArgument(tOptions.sTimeZone, "--time-zone");
     if (!tOptions.sTimeZone.empty() && !isZoneOrDefault(tSettings.sDisplayTimeZone))
-        throw UsageError("--time-zone: found " + quotedForMessage(tOptions.sTimeZone) + ", expected " + kpExpectedZone);
+        throw InputError("--time-zone: found " + quotedForMessage(tOptions.sTimeZone) + ", expected " + kpExpectedZone);
     return tSettings;
 }
 
