@@ -2,15 +2,13 @@
 
 #include "corefacade/dateutils.h"
 #include "project/webformat/dateprogram.h"
+#include "project/webformat/outputmarkup.h"
 
 namespace tov {
 
 namespace {
 
 using Buffer = StringBufferBaseTemplate<wchar_t>;
-
-constexpr std::wstring_view kNonBreakingSpace = L"&nbsp;";
-constexpr std::wstring_view kLeftToRightMark = L"&#x200e;";
 
 // From this second on rounding may carry into the minute.
 constexpr unsigned kLastSecond = 59;
@@ -22,7 +20,7 @@ StandardDateFormatter::StandardDateFormatter(const Locale& tLocale, const KTWUIL
     : m_tPattern(tLocale, eOutput),
       m_sCustomFormat(sPattern),
       m_eOutput(eOutput),
-      m_bLanguageMark(eOutput == ValueFormatterTypes::kHTML && tLanguage.isHebrew())
+      m_bLanguageMark(needsLeftToRightMark(eOutput, tLanguage))
 {
     // Without elements there is no program, unless the marks are to be shown.
     if (m_bLanguageMark)

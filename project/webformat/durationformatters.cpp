@@ -8,6 +8,7 @@
 #include "project/webformat/durationarithmetic.h"
 #include "project/webformat/durationprogram.h"
 #include "project/webformat/numericinfo.h"
+#include "project/webformat/outputmarkup.h"
 #include "webbedrock/assertion.h"
 #include "webformat/numericformatter.h"
 
@@ -18,7 +19,6 @@ namespace {
 constexpr char kSource[] = "webformat/durationformatters";
 constexpr wchar_t kDefaultPattern[] = L"[duration(sec)] dd\"d\":hh\"h\":mm\"m\":ss\"s\"";
 constexpr wchar_t kNumberPattern[] = L"#00";
-constexpr std::wstring_view kNonBreakingSpace = L"&nbsp;";
 
 constexpr unsigned kSecondsOfDay = 86400;
 constexpr unsigned kSecondsOfHour = 3600;

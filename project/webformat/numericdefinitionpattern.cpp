@@ -4,6 +4,7 @@
 
 #include "intl/ktwuilanguage.h"
 #include "intl/locale.h"
+#include "project/webformat/outputmarkup.h"
 #include "webbedrock/assertion.h"
 
 namespace tov {
@@ -12,7 +13,6 @@ namespace {
 
 constexpr char kSource[] = "webformat/numericformatters";
 constexpr std::uint32_t kMostDigits = 16;
-constexpr wchar_t kQuotedLeftToRightMark[] = L"\"&#x200e;\"";
 
 using NegativeFormat = WebNumberFormatDefinitionBase::NegativeFormat;
 
@@ -29,7 +29,7 @@ void appendTemplatedSection(String& sPattern, const String& sPositive, const wch
     }
     sPattern += pStart;
     if (bMark)
-        sPattern += kQuotedLeftToRightMark;
+        sPattern.append(L"\"").append(kLeftToRightMark).append(L"\"");
     for (const wchar_t nChar : sTemplate)
     {
         if (nChar == L'#')
@@ -42,7 +42,7 @@ void appendTemplatedSection(String& sPattern, const String& sPositive, const wch
 String withNegativeSection(const String& sPositive, NegativeFormat eFormat, const Locale& tLocale,
                            ValueFormatterTypes::OutputType eOutput, const KTWUILanguage& tLanguage)
 {
-    const bool bMark = eOutput == ValueFormatterTypes::kHTML && tLanguage.isHebrew();
+    const bool bMark = needsLeftToRightMark(eOutput, tLanguage);
     const String& sTemplate = tLocale.getInfo(Locale::kNegativeNumberTemplate);
     String sPattern = sPositive;
     switch (eFormat)

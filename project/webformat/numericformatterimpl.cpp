@@ -4,6 +4,7 @@
 #include "project/webformat/numericprogram.h"
 #include "project/webformat/numericrenderer.h"
 #include "project/webformat/numericsubformatters.h"
+#include "project/webformat/outputmarkup.h"
 #include "utilities/stringutils.h"
 #include "webformat/formatterconfig.h"
 
@@ -14,8 +15,6 @@ namespace {
 constexpr std::size_t kScratchDigits = 512;
 constexpr int kCellSignificantDigits = 15;
 constexpr unsigned kNullSection = 2;
-constexpr std::wstring_view kNonBreakingSpace = L"&nbsp;";
-constexpr std::wstring_view kLeftToRightMark = L"&#x200e;";
 
 using Buffer = StringBufferBaseTemplate<wchar_t>;
 
@@ -82,7 +81,7 @@ NumericFormatterImpl<T>::NumericFormatterImpl(const String& sPattern, const Loca
       m_sPattern(sPattern),
       m_eOutput(eOutput),
       m_eExcelMask(eExcelMask),
-      m_bLanguageMark(eOutput == ValueFormatterTypes::kHTML && tLanguage.isHebrew())
+      m_bLanguageMark(needsLeftToRightMark(eOutput, tLanguage))
 {
 }
 

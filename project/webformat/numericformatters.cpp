@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "project/webformat/defaultformats.h"
 #include "project/webformat/numericdefinitionpattern.h"
 #include "project/webformat/numericinfo.h"
 #include "utilities/stringutils.h"
@@ -12,7 +13,6 @@ namespace tov {
 namespace {
 
 constexpr char kSource[] = "webformat/numericformatterimpl";
-constexpr wchar_t kIntegerPattern[] = L"#0";
 
 // The most fraction digits of the two predefined real definitions.
 constexpr unsigned kRealDigits = 2;
@@ -50,8 +50,8 @@ void applyParameters(WebNumberFormatDefinition& tDefinition, const NumericFormat
 String integerPattern(const NumericFormatParameters& tParameters)
 {
     if (StringUtils::isBlank(tParameters.sScaleFactor))
-        return kIntegerPattern;
-    return kIntegerPattern + (L"[scale-name:" + tParameters.sScaleFactor + L"]");
+        return ksDefaultIntegerFormat;
+    return ksDefaultIntegerFormat + (L"[scale-name:" + tParameters.sScaleFactor + L"]");
 }
 
 }  // namespace

@@ -13,7 +13,7 @@ namespace tov {
 
 namespace {
 
-constexpr std::int64_t kLargestExponent = 400;
+constexpr std::uint64_t kLargestExponent = 400;
 
 bool isPlaceholder(wchar_t nChar)
 {
@@ -43,7 +43,7 @@ std::optional<std::int32_t> exponentOf(std::wstring_view sText)
     if (bNegative || sText.starts_with(L'+'))
         sText.remove_prefix(1);
     const std::optional<std::uint64_t> tMagnitude = leadingNumber(sText);
-    if (!tMagnitude || *tMagnitude > static_cast<std::uint64_t>(kLargestExponent))
+    if (!tMagnitude || *tMagnitude > kLargestExponent)
         return std::nullopt;
     const std::int32_t nMagnitude = static_cast<std::int32_t>(*tMagnitude);
     return bNegative ? -nMagnitude : nMagnitude;
