@@ -93,8 +93,14 @@ bool ReportTable::nextRow(std::vector<String>& vCells)
     ++m_nRows;
     m_tProgress.update(m_tData.progress());
     vCells.resize(m_vColumns.size());
+    m_vValues.resize(m_vColumns.size());
     for (std::size_t nColumn = 0; nColumn < m_vColumns.size(); ++nColumn)
-        formatCell(m_vColumns[nColumn], m_vRow[m_vColumns[nColumn].nDataColumn], vCells[nColumn]);
+    {
+        const Column& tColumn = m_vColumns[nColumn];
+        const DataCell& tCell = m_vRow[tColumn.nDataColumn];
+        m_vValues[nColumn] = valueOf(tColumn, tCell);
+        formatCell(tColumn, m_vValues[nColumn], tCell, vCells[nColumn]);
+    }
     return true;
 }
 
@@ -117,9 +123,9 @@ TypedValue ReportTable::valueOf(const Column& tColumn, const DataCell& tCell) co
     }
 }
 
-void ReportTable::formatCell(const Column& tColumn, const DataCell& tCell, String& sResult) const
+void ReportTable::formatCell(const Column& tColumn, const TypedValue& tValue, const DataCell& tCell,
+                             String& sResult) const
 {
-    const TypedValue tValue = valueOf(tColumn, tCell);
     if (m_tOptions.bImageSizes && tValue.storage() == SQLDataType::kStorageRawValue)
     {
         sResult = imageSizeText(tValue.bytes());

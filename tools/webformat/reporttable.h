@@ -42,6 +42,10 @@ public:
 
     // Formats the next row, one text a column; false at the end. The memory of the texts is used again.
     bool nextRow(std::vector<String>& vCells);
+    // The row that was formatted last: the value of a column, null for a null, and the formatter that showed it, which
+    // may be another one in each row. Good until the next row; the handle is null for values shown as they are stored.
+    const TypedValue& value(std::size_t nColumn) const { return m_vValues[nColumn]; }
+    const WebValueFormatterHandle& formatterOf(std::size_t nColumn) const { return m_vColumns[nColumn].hFormatter; }
     // Starts again at the first row.
     void rewind();
     // Rows read so far.
@@ -64,7 +68,7 @@ private:
     Column bind(const ReportColumn& tColumn) const;
     WebValueFormatterHandle makeFormatter(const ReportColumn& tColumn) const;
     TypedValue valueOf(const Column& tColumn, const DataCell& tCell) const;
-    void formatCell(const Column& tColumn, const DataCell& tCell, String& sResult) const;
+    void formatCell(const Column& tColumn, const TypedValue& tValue, const DataCell& tCell, String& sResult) const;
     void appendStored(const TypedValue& tValue, const DataCell& tCell,
                       StringBufferBaseTemplate<wchar_t>& tBuffer) const;
 
@@ -72,6 +76,7 @@ private:
     DataSource& m_tData;
     Options m_tOptions;
     std::vector<Column> m_vColumns;
+    std::vector<TypedValue> m_vValues;
     DataRow m_vRow;
     std::uint64_t m_nRows = 0;
     ProgressBar m_tProgress;
