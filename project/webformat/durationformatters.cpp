@@ -5,6 +5,8 @@
 #include <type_traits>
 #include <utility>
 
+#include "project/webformat/bufferguard.h"
+#include "project/webformat/bufferguard.h"
 #include "project/webformat/durationarithmetic.h"
 #include "project/webformat/durationprogram.h"
 #include "project/webformat/numericinfo.h"
@@ -23,24 +25,6 @@ constexpr wchar_t kNumberPattern[] = L"#00";
 constexpr unsigned kSecondsOfDay = 86400;
 constexpr unsigned kSecondsOfHour = 3600;
 constexpr unsigned kSecondsOfMinute = 60;
-
-// Gives a buffer its old contents back unless all went well.
-class BufferGuard
-{
-public:
-    explicit BufferGuard(StringBufferBaseTemplate<wchar_t>& tBuffer) : m_tBuffer(tBuffer), m_nLength(tBuffer.length())
-    {
-    }
-    BufferGuard(const BufferGuard&) = delete;
-    BufferGuard& operator=(const BufferGuard&) = delete;
-    ~BufferGuard() { m_tBuffer.truncate(m_nLength); }
-
-    void keep() { m_nLength = m_tBuffer.length(); }
-
-private:
-    StringBufferBaseTemplate<wchar_t>& m_tBuffer;
-    std::size_t m_nLength;
-};
 
 // What a unit of the pattern takes of the seconds that are left.
 template <unsigned nLength, class T>
