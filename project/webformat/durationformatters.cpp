@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "project/webformat/bufferguard.h"
-#include "project/webformat/bufferguard.h"
 #include "project/webformat/durationarithmetic.h"
 #include "project/webformat/durationprogram.h"
 #include "project/webformat/numericinfo.h"
