@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "project/webformat/wholetextwriter.h"
 #include "utilities/stringutils.h"
 #include "webformat/textformatter.h"
 
@@ -150,6 +149,20 @@ void HtmlTextReader::skipBehind(std::size_t nAt)
     m_sRest.remove_prefix(nAt == std::wstring_view::npos ? m_sRest.size() : nAt + 1);
 }
 
+void writeHtmlText(WholeTextWriter& tWriter, std::wstring_view sHtml)
+{
+    HtmlTextReader tReader(sHtml);
+    for (std::wstring_view sRun = tReader.next(); !sRun.empty(); sRun = tReader.next())
+        tWriter.write(sRun);
+}
+
+void writeHtmlText(WholeTextWriter& tWriter, std::wstring_view sHtml, const W2WEncoding& tEncoding)
+{
+    HtmlTextReader tReader(sHtml);
+    for (std::wstring_view sRun = tReader.next(); !sRun.empty(); sRun = tReader.next())
+        tWriter.write(sRun, tEncoding);
+}
+
 std::size_t bracketTagLength(std::wstring_view sText)
 {
     for (const std::wstring_view sTag : kBracketTags)
@@ -202,9 +215,7 @@ void WebTextFormatter::writeToBufferRemoveHtml(StringBufferBaseTemplate<wchar_t>
     if (pHtml == nullptr)
         return;
     WholeTextWriter tWriter(tBuffer);
-    HtmlTextReader tReader(pHtml);
-    for (std::wstring_view sRun = tReader.next(); !sRun.empty(); sRun = tReader.next())
-        tWriter.write(sRun);
+    writeHtmlText(tWriter, pHtml);
     tWriter.finish();
 }
 

@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <string_view>
 
+#include "project/webformat/wholetextwriter.h"
+
 namespace tov {
 
 // The readers hand a changed text over in runs, so that whoever needs it encoded, cut or counted takes it from there
@@ -33,6 +35,10 @@ private:
 
     std::wstring_view m_sRest;
 };
+
+// Writes the text of an HTML fragment, as it is or encoded.
+void writeHtmlText(WholeTextWriter& tWriter, std::wstring_view sHtml);
+void writeHtmlText(WholeTextWriter& tWriter, std::wstring_view sHtml, const W2WEncoding& tEncoding);
 
 // How many characters the bracket tag at the start of the text has, 0 if there is none: "[/b] x" -> 4. The tags are
 // [b] [/b] [i] [/i] [u] [/u] [br/], in either case.

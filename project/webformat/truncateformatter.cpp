@@ -7,7 +7,6 @@
 
 #include "project/webformat/htmlfilter.h"
 #include "project/webformat/outputencoders.h"
-#include "project/webformat/wholetextwriter.h"
 
 namespace tov {
 
@@ -207,23 +206,8 @@ private:
     OpenTags m_tOpenTags;
 };
 
-void writePlainText(WholeTextWriter& tWriter, std::wstring_view sHtml)
-{
-    HtmlTextReader tReader(sHtml);
-    for (std::wstring_view sRun = tReader.next(); !sRun.empty(); sRun = tReader.next())
-        tWriter.write(sRun);
-}
-
-void writeEncodedPlainText(WholeTextWriter& tWriter, std::wstring_view sHtml)
-{
-    const W2WEncoding& tEncoding = outputEncoders().kEncodingHTML;
-    HtmlTextReader tReader(sHtml);
-    for (std::wstring_view sRun = tReader.next(); !sRun.empty(); sRun = tReader.next())
-        tWriter.write(sRun, tEncoding);
-}
-
 // Kept: a text of exactly `nLimit` characters gets the dots although nothing was cut.
-void writeCutPlainText(WholeTextWriter& tWriter, std::wstring_view sHtml, std::size_t nLimit)
+void writeCutText(WholeTextWriter& tWriter, std::wstring_view sHtml, std::size_t nLimit)
 {
     HtmlTextReader tReader(sHtml);
     for (std::wstring_view sRun = tReader.next(); nLimit != 0 && !sRun.empty(); sRun = tReader.next())
@@ -239,7 +223,7 @@ void writeCutPlainText(WholeTextWriter& tWriter, std::wstring_view sHtml, std::s
 void writeWithTitle(WholeTextWriter& tWriter, std::wstring_view sHtml)
 {
     tWriter.write(kShortStart);
-    writeEncodedPlainText(tWriter, sHtml);
+    writeHtmlText(tWriter, sHtml, outputEncoders().kEncodingHTML);
     tWriter.write(kShortTitleEnd);
     tWriter.write(sHtml);
     tWriter.write(kSpanEnd);
@@ -251,8 +235,30 @@ void writeWithExpander(WholeTextWriter& tWriter, std::wstring_view sHtml, std::s
     CutMarkup(tWriter, sHtml, nLimit).write();
     tWriter.write(kSpanEnd);
     tWriter.write(kExpanderStart);
-    writeEncodedPlainText(tWriter, sHtml);
+    writeHtmlText(tWriter, sHtml, outputEncoders().kEncodingHTML);
     tWriter.write(kExpanderEnd);
+}
+
+// The length with markup decides, so that a value that is short to the eye may still get the dots.
+bool isShort(std::wstring_view sHtml, std::size_t nLimit)
+{
+    return sHtml.size() < nLimit;
+}
+
+void writeAsText(WholeTextWriter& tWriter, std::wstring_view sHtml, std::size_t nLimit)
+{
+    if (isShort(sHtml, nLimit))
+        writeHtmlText(tWriter, sHtml);
+    else
+        writeCutText(tWriter, sHtml, nLimit);
+}
+
+void writeAsHtml(WholeTextWriter& tWriter, std::wstring_view sHtml, std::size_t nLimit)
+{
+    if (isShort(sHtml, nLimit))
+        writeWithTitle(tWriter, sHtml);
+    else
+        writeWithExpander(tWriter, sHtml, nLimit);
 }
 
 }  // namespace
@@ -265,13 +271,11 @@ TruncateFormatter::TruncateFormatter(unsigned long nLength, ValueFormatterTypes:
 void TruncateFormatter::formatValue(StringBufferBaseTemplate<wchar_t>& tBuffer, const wchar_t* pText) const
 {
     const std::wstring_view sText = pText == nullptr ? std::wstring_view() : std::wstring_view(pText);
-    // The length with markup decides, so that a value that is short to the eye may still get the dots.
-    const bool bShort = sText.size() < m_nLength;
     WholeTextWriter tWriter(tBuffer);
     if (m_eOutput == ValueFormatterTypes::kText)
-        bShort ? writePlainText(tWriter, sText) : writeCutPlainText(tWriter, sText, m_nLength);
+        writeAsText(tWriter, sText, m_nLength);
     else if (m_eOutput == ValueFormatterTypes::kHTML)
-        bShort ? writeWithTitle(tWriter, sText) : writeWithExpander(tWriter, sText, m_nLength);
+        writeAsHtml(tWriter, sText, m_nLength);
     tWriter.finish();
 }
 
