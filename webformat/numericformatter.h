@@ -177,9 +177,13 @@ public:
                                                      const KTWUILanguage& tLanguage,
                                                      ExcelEvalauteFormatMask eExcelMask);
 
-    // Turn a definition into a pattern and compile it. The generic one picks by the definition's class; a null handle
-    // is the answer for a class that describes no numbers, and for the currency and older definitions while those
-    // families are not there.
+    // Turn a definition into a pattern and compile it. The generic one picks by the definition's class, one of the
+    // older notation after `WebConvertWhistlerFormat::ConvertNumericFormat`; a null handle is the answer for a class
+    // that describes no numbers.
+    //
+    // A currency that is unknown is a critical error in the log, and its amounts are shown as integers. A conditional
+    // currency, and a custom pattern that begins with "[$:currencyTagColumn=", take the overriding currency tag of
+    // `tLocale`: the caller hands over the tag of each row with it.
     static WebValueFormatterHandle CreateFormatter(const WebNumberFormatDefinition& tDefinition, const Locale& tLocale,
                                                    OutputType eOutput, const KTWUILanguage& tLanguage);
     static WebValueFormatterHandle CreateFormatter(const WebPercentFormatDefinition& tDefinition, const Locale& tLocale,

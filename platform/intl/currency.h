@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <utility>
 
 #include "webbedrock/export.h"
 #include "webbedrock/handle.h"

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string_view>
 #include <vector>
 
 #include "intl/currency.h"
@@ -14,8 +15,12 @@ namespace tov {
 //
 // Example: "loc:de-DE" -> symbol "€", layout "# $"; "int:EUR" -> "EUR", "$ #"; "EUR" -> "€", "$#".
 //
-// Codes count in either case. Anything else is unknown. A currency is made once and then shared; only known tags are
-// remembered. Any thread.
+// Codes and locales count in either case, the prefixes in lower case; a locale is found as `LocaleTagLookup` finds it.
+// Anything else is unknown: a locale that names no region ("loc:de") and one whose region has no currency
+// ("loc:en-001") too. Codes of former currencies are known.
+//
+// A currency is made once (some 50 microseconds, and the locale's record where that is new) and then shared; only known
+// tags are remembered, however they are written. Any thread.
 class WEBFORMAT_EXPORT CurrencyLookup
 {
 public:
@@ -33,6 +38,8 @@ public:
 private:
     CurrencyLookup();
     ~CurrencyLookup();
+
+    static CurrencyHandle currencyOfLocale(std::wstring_view sLocaleTag);
 };
 
 }  // namespace tov

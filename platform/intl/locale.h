@@ -98,6 +98,7 @@ public:
     void setOverridingCurrencyTag(String sTag);
 
 private:
+    friend class CurrencyLookup;
     friend class LocaleTagLookup;
 
     constexpr explicit Locale(const LocaleRecord* pRecord) noexcept : m_pRecord(pRecord) {}

@@ -75,7 +75,7 @@ void readTimePatterns(const icu::Locale& tLocale, LocaleRecord& tRecord)
 void readDateNames(LocaleRecord& tRecord)
 {
     UErrorCode eStatus = U_ZERO_ERROR;
-    const Symbols tSymbols(icu::Locale(idForReading(tRecord).c_str()), eStatus);
+    const Symbols tSymbols(icu::Locale(idForReading(tRecord.sId).c_str()), eStatus);
     if (U_FAILURE(eStatus))
         return;
     auto& tNames = tRecord.tNames;
@@ -89,7 +89,7 @@ void readDateNames(LocaleRecord& tRecord)
 
 void readDatePatterns(LocaleRecord& tRecord)
 {
-    const icu::Locale tLocale(idForReading(tRecord).c_str());
+    const icu::Locale tLocale(idForReading(tRecord.sId).c_str());
     const LocaleDatePattern tShort = patternOf(icu::DateFormat::createDateInstance(icu::DateFormat::kShort, tLocale));
     tRecord.tInfo[Locale::kDateShortFormat] = tShort.text();
     tRecord.tInfo[Locale::kDateInputFormat] = tShort.inputText();

@@ -1,17 +1,15 @@
 #include <unicode/dcfmtsym.h>
 #include <unicode/decimfmt.h>
-#include <unicode/ucurr.h>
 
 #include <memory>
 
+#include "intl/currencydata.h"
 #include "intl/localerecord.h"
 #include "intl/localetext.h"
 
 namespace tov {
 
 namespace {
-
-constexpr char16_t kNoCurrency[] = u"XXX";
 
 void readSeparators(const icu::DecimalFormatSymbols& tSymbols, LocaleRecord& tRecord)
 {
@@ -54,44 +52,19 @@ void readPercentLocation(const icu::Locale& tLocale, LocaleRecord& tRecord)
         percentLocation(std::wstring_view(sWide).substr(0, sWide.find(L';')));
 }
 
-// The ISO 4217 code of the currency in use in the locale's region, "XXX" where there is none (Antarctica, the world).
-icu::UnicodeString regionCurrency(const std::string& sId)
-{
-    UErrorCode eStatus = U_ZERO_ERROR;
-    icu::Locale tLikely(sId.c_str());
-    tLikely.addLikelySubtags(eStatus);
-    // By region alone: variants such as "POSIX" would be taken for variants of the region.
-    const std::string sRegion = std::string("und_") + tLikely.getCountry();
-    char16_t aCode[4] = {};
-    const int32_t nLength = ucurr_forLocale(sRegion.c_str(), aCode, 4, &eStatus);
-    return U_SUCCESS(eStatus) && nLength == 3 ? icu::UnicodeString(aCode, nLength) : icu::UnicodeString(kNoCurrency);
-}
-
-void readCurrencySymbol(LocaleRecord& tRecord)
-{
-    UErrorCode eStatus = U_ZERO_ERROR;
-    icu::UnicodeString sCode = regionCurrency(tRecord.sId);
-    int32_t nLength = 0;
-    const char16_t* const pSymbol = ucurr_getName(sCode.getTerminatedBuffer(), tRecord.sId.c_str(),
-                                                  UCURR_NARROW_SYMBOL_NAME, nullptr, &nLength, &eStatus);
-    if (U_SUCCESS(eStatus))
-        tRecord.tInfo[Locale::kPrimaryCurrencySymbol] =
-            withoutBidiMarks(fromUtf16({pSymbol, static_cast<std::size_t>(nLength)}));
-}
-
 }  // namespace
 
 void readNumberSymbols(LocaleRecord& tRecord)
 {
     // One sign in front everywhere, whatever minus sign or side the locale prefers.
     tRecord.tInfo[Locale::kNegativeNumberTemplate] = L"-#";
-    const icu::Locale tLocale(idForReading(tRecord).c_str());
+    const icu::Locale tLocale(idForReading(tRecord.sId).c_str());
     UErrorCode eStatus = U_ZERO_ERROR;
     const icu::DecimalFormatSymbols tSymbols(tLocale, eStatus);
     if (U_SUCCESS(eStatus))
         readSeparators(tSymbols, tRecord);
     readPercentLocation(tLocale, tRecord);
-    readCurrencySymbol(tRecord);
+    tRecord.tInfo[Locale::kPrimaryCurrencySymbol] = narrowCurrencySymbol(regionCurrencyCode(tRecord.sId), tRecord.sId);
 }
 
 }  // namespace tov

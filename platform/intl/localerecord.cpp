@@ -17,9 +17,9 @@ String tagOfId(const std::string& sId)
 
 }  // namespace
 
-std::string idForReading(const LocaleRecord& tRecord)
+std::string idForReading(const std::string& sId)
 {
-    return tRecord.sId + "@calendar=gregorian;numbers=latn";
+    return sId + "@calendar=gregorian;numbers=latn";
 }
 
 LocaleRecord buildLocaleRecord(const std::string& sId, MonthNames eMonths)

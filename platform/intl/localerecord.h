@@ -39,7 +39,7 @@ void readScaleFactors(LocaleRecord& tRecord);
 void readDateNames(LocaleRecord& tRecord);
 void readDatePatterns(LocaleRecord& tRecord);
 
-// The identifier with the keywords that every reading uses: Gregorian calendar, ASCII digits.
-std::string idForReading(const LocaleRecord& tRecord);
+// A known identifier with the keywords that every reading uses: Gregorian calendar, ASCII digits.
+std::string idForReading(const std::string& sId);
 
 }  // namespace tov

@@ -75,7 +75,7 @@ bool inheritsBillion(const std::string& sId)
 
 void readScaleFactors(LocaleRecord& tRecord)
 {
-    const icu::Locale tLocale(idForReading(tRecord).c_str());
+    const icu::Locale tLocale(idForReading(tRecord.sId).c_str());
     const auto tFormatter =
         icu::number::NumberFormatter::withLocale(tLocale).notation(icu::number::Notation::compactShort());
     std::int64_t nPower = 1'000;

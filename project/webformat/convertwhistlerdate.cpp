@@ -1,8 +1,7 @@
 #include <algorithm>
-#include <map>
 
 #include "utilities/stringutils.h"
-#include "webbedrock/criticalsection.h"
+#include "webbedrock/handlecache.h"
 #include "webformat/convertwhistlerformat.h"
 
 namespace tov {
@@ -68,15 +67,10 @@ String converted(const String& sFormat)
 }
 
 // Made at the first conversion and never destroyed: values may be formatted while static objects go away.
-struct Cache
+HandleCache<const WebValueFormatDefinition>& cache()
 {
-    CriticalSection tCrit;
-    std::map<String, WebValueFormatDefinitionHandle> tDefinitions;
-};
-
-Cache& cache()
-{
-    static Cache& s_tCache = *new Cache;
+    static auto& s_tCache =
+        *new HandleCache<const WebValueFormatDefinition>(WebConvertWhistlerFormat::knMaxCachedDateFormats);
     return s_tCache;
 }
 
@@ -84,21 +78,9 @@ Cache& cache()
 
 WebValueFormatDefinitionHandle WebConvertWhistlerFormat::ConvertDateFormat(const String& sFormat)
 {
-    Cache& tCache = cache();
-    {
-        const CriticalSection::Lock tLock(tCache.tCrit);
-        const auto tKnown = tCache.tDefinitions.find(sFormat);
-        if (tKnown != tCache.tDefinitions.end())
-            return tKnown->second;
-    }
-    const WebValueFormatDefinitionHandle hConverted =
-        WEBFORMAT_NEW(kSource) WebCustomFormatDefinition(converted(sFormat));
-    const CriticalSection::Lock tLock(tCache.tCrit);
-    if (const auto tKnown = tCache.tDefinitions.find(sFormat); tKnown != tCache.tDefinitions.end())
-        return tKnown->second;
-    if (tCache.tDefinitions.size() < knMaxCachedDateFormats)
-        tCache.tDefinitions.emplace(sFormat, hConverted);
-    return hConverted;
+    if (WebValueFormatDefinitionHandle hKnown = cache().find(sFormat); !hKnown.isNull())
+        return hKnown;
+    return cache().insert(sFormat, WEBFORMAT_NEW(kSource) WebCustomFormatDefinition(converted(sFormat)));
 }
 
 }  // namespace tov

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <cstdint>
-
+#include "intl/currency.h"
+#include "project/webformat/numericdefinitionpattern.h"
 #include "webformat/numericformatter.h"
 
 namespace tov {
@@ -10,18 +10,20 @@ namespace tov {
 struct CurrencyPatternSettings
 {
     const String& sCurrencyTag;
-    bool bCommas;
-    std::uint32_t nMaxDigits;
-    std::uint32_t nMinDigits;
-    const String& sScaleName;  // "million", "auto"; empty: none
-    std::int32_t nScale;       // the power of ten where there is no scale name
+    NumberSettings tNumber;
     WebNumberFormatDefinitionBase::NegativeFormat eNegativeFormat;
 };
 
-// The numeric pattern that shows amounts in the currency of a tag, negative section included; its symbol stands in a
-// bracket "[$:" symbol "]". Empty where the currency is unknown, and while the family of currencies is not there none
-// is known.
+// The numeric pattern that shows amounts in the currency of a tag, positive and negative section: "loc:en-US", commas,
+// 2 digits, minus -> "[$:$]#,##0.00;-[$:$]#,##0.00". Where the tag is unknown the locale's overriding one counts; where
+// that is unknown too the log gets the critical error "Unknown Currency Tag " + the tag of the settings, and the
+// pattern is empty.
 String buildCurrencyPattern(const CurrencyPatternSettings& tSettings, const Locale& tLocale,
                             ValueFormatterTypes::OutputType eOutput, const KTWUILanguage& tLanguage);
+
+// The pattern for a currency that has been found. A null handle throws InvalidHandleException.
+String patternOfCurrency(const CurrencyHandle& hCurrency, const NumberSettings& tNumber,
+                         WebNumberFormatDefinitionBase::NegativeFormat eNegativeFormat,
+                         ValueFormatterTypes::OutputType eOutput, const KTWUILanguage& tLanguage);
 
 }  // namespace tov

@@ -286,8 +286,7 @@ std::vector<FormatDefinitionSetting> WebCurrencyFormatDefinition::settings() con
 bool WebCurrencyFormatDefinition::msoFormat(StringBufferBaseTemplate<wchar_t>& tBuffer, const Locale& tLocale,
                                             const KTWUILanguage& tLanguage) const
 {
-    const CurrencyPatternSettings tSettings{m_sCurrencyTag, m_bCommas, m_nMaxDigits, m_nMinDigits,
-                                            m_sScaleFactor, m_nScale,  m_eFormat};
+    const CurrencyPatternSettings tSettings{m_sCurrencyTag, numberSettingsOf(*this), m_eFormat};
     const String sPattern = buildCurrencyPattern(tSettings, tLocale, ValueFormatterTypes::kText, tLanguage);
     tBuffer.append(StringUtils::replaceAll(sPattern, L"$:", L"$"));  // the symbol's bracket as Excel has it
     return !sPattern.empty();

@@ -63,11 +63,17 @@ String withNegativeSection(const String& sPositive, NegativeFormat eFormat, cons
 
 }  // namespace
 
-String positivePattern(const WebNumberFormatDefinitionBase& tDefinition)
+NumberSettings numberSettingsOf(const WebNumberFormatDefinitionBase& tDefinition)
 {
-    String sPattern = tDefinition.HasCommas() ? L"#,##0" : L"#0";
-    const std::uint32_t nMin = tDefinition.MinDigits();
-    const std::uint32_t nMax = tDefinition.MaxDigits();
+    return {tDefinition.HasCommas(), tDefinition.MinDigits(), tDefinition.MaxDigits(), tDefinition.getScaleFactor(),
+            tDefinition.Scale()};
+}
+
+String positivePattern(const NumberSettings& tSettings)
+{
+    String sPattern = tSettings.bCommas ? L"#,##0" : L"#0";
+    const std::uint32_t nMin = tSettings.nMinDigits;
+    const std::uint32_t nMax = tSettings.nMaxDigits;
     if (nMax > 0)
     {
         sPattern += L'.';
@@ -75,18 +81,18 @@ String positivePattern(const WebNumberFormatDefinitionBase& tDefinition)
         if (nMax > nMin)
             sPattern.append(std::min(nMax - nMin, kMostDigits), L'#');
     }
-    if (!tDefinition.getScaleFactor().empty())
-        sPattern += L"[scale-name:" + tDefinition.getScaleFactor() + L"]";
-    else if (tDefinition.Scale() != 0)
-        sPattern += L"[scale-decimal:" + std::to_wstring(tDefinition.Scale()) + L"]";
+    if (!tSettings.sScaleName.empty())
+        sPattern += L"[scale-name:" + tSettings.sScaleName + L"]";
+    else if (tSettings.nScale != 0)
+        sPattern += L"[scale-decimal:" + std::to_wstring(tSettings.nScale) + L"]";
     return sPattern;
 }
 
 String numberPattern(const WebNumberFormatDefinitionBase& tDefinition, const Locale& tLocale,
                      ValueFormatterTypes::OutputType eOutput, const KTWUILanguage& tLanguage)
 {
-    return withNegativeSection(positivePattern(tDefinition), tDefinition.GetNegativeFormat(), tLocale, eOutput,
-                               tLanguage);
+    return withNegativeSection(positivePattern(numberSettingsOf(tDefinition)), tDefinition.GetNegativeFormat(), tLocale,
+                               eOutput, tLanguage);
 }
 
 String percentPattern(const WebPercentFormatDefinition& tDefinition, const Locale& tLocale,
@@ -96,7 +102,7 @@ String percentPattern(const WebPercentFormatDefinition& tDefinition, const Local
     if (sSymbol.empty())
         sSymbol = L"%";
     const bool bLeading = tLocale.getInfo(Locale::kPercentSymbolLocation).starts_with(L"%#");
-    const String sNumber = positivePattern(tDefinition);
+    const String sNumber = positivePattern(numberSettingsOf(tDefinition));
     const String sPositive = bLeading ? sSymbol + L" " + sNumber : sNumber + sSymbol;
     return withNegativeSection(sPositive, tDefinition.GetNegativeFormat(), tLocale, eOutput, tLanguage);
 }

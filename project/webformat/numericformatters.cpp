@@ -1,10 +1,14 @@
 #include <algorithm>
 
+#include "intl/currencylookup.h"
+#include "intl/locale.h"
+#include "project/webformat/currencypattern.h"
 #include "project/webformat/defaultformats.h"
 #include "project/webformat/numericdefinitionpattern.h"
 #include "project/webformat/numericinfo.h"
 #include "utilities/stringutils.h"
 #include "webbedrock/assertion.h"
+#include "webformat/convertwhistlerformat.h"
 #include "webformat/formatterconfig.h"
 #include "webformat/numericformatterimpl.h"
 
@@ -17,6 +21,8 @@ constexpr char kSource[] = "webformat/numericformatterimpl";
 // The most fraction digits of the two predefined real definitions.
 constexpr unsigned kRealDigits = 2;
 constexpr unsigned kFullPrecisionDigits = 17;
+
+constexpr unsigned kUnknownCurrencyDigits = 2;
 
 WebNumberFormatDefinition realDefinition()
 {
@@ -52,6 +58,19 @@ String integerPattern(const NumericFormatParameters& tParameters)
     if (StringUtils::isBlank(tParameters.sScaleFactor))
         return ksDefaultIntegerFormat;
     return ksDefaultIntegerFormat + (L"[scale-name:" + tParameters.sScaleFactor + L"]");
+}
+
+// Amounts of an unknown currency are shown as integers.
+template <class T>
+WebValueFormatterHandle currencyFormatter(const CurrencyPatternSettings& tSettings, const Locale& tLocale,
+                                          ValueFormatterTypes::OutputType eOutput, const KTWUILanguage& tLanguage,
+                                          ValueFormatterTypes::ExcelEvalauteFormatMask eExcelMask)
+{
+    const String sPattern = buildCurrencyPattern(tSettings, tLocale, eOutput, tLanguage);
+    if (sPattern.empty())
+        return NumericFormatter<T>::CreateDefaultFormatter(NumericFormatter<T>::kDisplayAsInteger, tLocale, eOutput,
+                                                           NumericFormatParameters(), tLanguage);
+    return NumericFormatter<T>::ParseCustomFormat(sPattern, tLocale, eOutput, tLanguage, eExcelMask);
 }
 
 }  // namespace
@@ -97,28 +116,41 @@ WebValueFormatterHandle NumericFormatter<T>::CreateFormatter(const WebPercentFor
 }
 
 template <class T>
-WebValueFormatterHandle NumericFormatter<T>::CreateFormatter(const WebCurrencyFormatDefinition&, const Locale&,
-                                                             OutputType, const KTWUILanguage&)
+WebValueFormatterHandle NumericFormatter<T>::CreateFormatter(const WebCurrencyFormatDefinition& tDefinition,
+                                                             const Locale& tLocale, OutputType eOutput,
+                                                             const KTWUILanguage& tLanguage)
 {
-    return WebValueFormatterHandle();
+    const CurrencyPatternSettings tSettings{tDefinition.CurrencyTag(), numberSettingsOf(tDefinition),
+                                            tDefinition.GetNegativeFormat()};
+    return currencyFormatter<T>(tSettings, tLocale, eOutput, tLanguage, kEvaluateFormatGlobal);
 }
 
+// The tag of the row comes with the locale; the definition's own says nothing here.
 template <class T>
-WebValueFormatterHandle NumericFormatter<T>::CreateFormatter(const WebConditionalCurrencyFormatDefinition&,
-                                                             const Locale&, OutputType, const KTWUILanguage&)
+WebValueFormatterHandle NumericFormatter<T>::CreateFormatter(const WebConditionalCurrencyFormatDefinition& tDefinition,
+                                                             const Locale& tLocale, OutputType eOutput,
+                                                             const KTWUILanguage& tLanguage)
 {
-    return WebValueFormatterHandle();
+    const CurrencyPatternSettings tSettings{tLocale.overridingCurrencyTag(), numberSettingsOf(tDefinition),
+                                            tDefinition.GetNegativeFormat()};
+    return currencyFormatter<T>(tSettings, tLocale, eOutput, tLanguage, kEvaluateFormatRowWiseCondCurr);
 }
 
-// A pattern that asks for each row's currency needs the currency family.
 template <class T>
 WebValueFormatterHandle NumericFormatter<T>::CreateFormatter(const WebCustomFormatDefinition& tDefinition,
                                                              const Locale& tLocale, OutputType eOutput,
                                                              const KTWUILanguage& tLanguage)
 {
-    if (tDefinition.isConditionalCurrencyFormat())
-        return WebValueFormatterHandle();
-    return ParseCustomFormat(tDefinition.GetCustomFormat(), tLocale, eOutput, tLanguage);
+    if (!tDefinition.isConditionalCurrencyFormat())
+        return ParseCustomFormat(tDefinition.GetCustomFormat(), tLocale, eOutput, tLanguage);
+    const CurrencyHandle hCurrency = CurrencyLookup::getInstance().lookupCurrencyTag(tLocale.overridingCurrencyTag());
+    const std::uint32_t nDigits = hCurrency.isNull() ? kUnknownCurrencyDigits : hCurrency->getDefaultDigits();
+    const bool bGrouping = !hCurrency.isNull() && hCurrency->hasGrouping();
+    const String sScaleName = tDefinition.getParameterByName(L"scaleFactor");
+    const CurrencyPatternSettings tSettings{tLocale.overridingCurrencyTag(),
+                                            {bGrouping, nDigits, nDigits, sScaleName, 0},
+                                            WebNumberFormatDefinitionBase::kMinus};
+    return currencyFormatter<T>(tSettings, tLocale, eOutput, tLanguage, kEvaluateFormatRowWiseCondCurr);
 }
 
 template <class T>
@@ -136,6 +168,10 @@ WebValueFormatterHandle NumericFormatter<T>::CreateFormatter(const WebValueForma
         return CreateFormatter(*pCurrency, tLocale, eOutput, tLanguage);
     if (const auto* pPercent = dynamic_cast<const WebPercentFormatDefinition*>(&tDefinition))
         return CreateFormatter(*pPercent, tLocale, eOutput, tLanguage);
+    // The conversion never answers with a definition of the older notation.
+    if (const auto* pWhistler = dynamic_cast<const WebWhistlerFormatDefinition*>(&tDefinition))
+        return CreateFormatter(*WebConvertWhistlerFormat::ConvertNumericFormat(*pWhistler), tLocale, eOutput,
+                               tLanguage);
     return WebValueFormatterHandle();
 }
 
