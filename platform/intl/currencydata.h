@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -27,5 +28,8 @@ CurrencyHandle readLocaleCurrency(const std::string& sId);
 // The currency of a code that is one: "$#" with its own symbol, or "$ #" with the code as its symbol.
 CurrencyHandle readCurrency(const std::string& sCode);
 CurrencyHandle readInternationalCurrency(const std::string& sCode);
+
+// How many currencies the lookup remembers so far; for tests and monitoring.
+std::size_t rememberedCurrencies();
 
 }  // namespace tov

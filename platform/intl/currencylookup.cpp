@@ -61,6 +61,11 @@ CurrencyHandle currencyOfCode(std::wstring_view sPrefix, std::wstring_view sText
 
 }  // namespace
 
+std::size_t rememberedCurrencies()
+{
+    return cache().size();
+}
+
 CurrencyLookup::CurrencyLookup() = default;
 
 CurrencyLookup::~CurrencyLookup() = default;
