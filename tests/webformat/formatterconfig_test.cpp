@@ -161,6 +161,9 @@ constexpr EntryRow kEntries[] = {
     {__LINE__, Type::kDouble, kFullPrecision},
     {__LINE__, Type::kNumeric, kFullPrecision},
     {__LINE__, Type::kDecimal, kFullPrecision},
+    {__LINE__, Type::kChar, L"@", L"@"},
+    {__LINE__, Type::kVarChar, L"@", L"@"},
+    {__LINE__, Type::kLongVarChar, L"@", L"@"},
     {__LINE__, Type::kDate, L"\"date '\"yyy-MM-dd\"'\"", L"yyy-MM-dd"},
     {__LINE__, Type::kTime, L"\"time '\"HH:mm:ss.#########\"'\"", L"HH:mm:ss.#########"},
     {__LINE__, Type::kTimeStamp, L"\"timestamp '\"yyy-MM-dd HH:mm:ss.#########\"'\"",
@@ -191,6 +194,19 @@ TEST(FormatterConfig, HoldsATypedLiteralFormatterForEveryTypeAndOutput)
         }
     }
     EXPECT_EQ(tAssertions.count(), 0u);
+}
+
+TEST(FormatterConfig, LeavesNoEntryEmptyButThoseOfInvalidAndUnknownTypes)
+{
+    const FormatterConfig& tConfig = FormatterConfig::getInstance();
+    std::size_t nEmpty = 0;
+    for (std::size_t nEntry = 0; nEntry < FormatterConfig::knFormatters; ++nEntry)
+    {
+        const std::size_t nType = nEntry % FormatterConfig::knXmlTable / FormatterConfig::knOutputTypes;
+        EXPECT_EQ(tConfig.getFormatterRef(nEntry).isNull(), nType <= Type::kUnknown) << nEntry;
+        nEmpty += tConfig.getFormatterRef(nEntry).isNull() ? 1 : 0;
+    }
+    EXPECT_EQ(nEmpty, 32u);
 }
 
 TEST(FormatterConfig, SharesNumbersBetweenTypedLiteralsAndXml)

@@ -557,24 +557,31 @@ TEST(ValueFormatterFactory, GivesCalendarTypesTheirFormatters)
     EXPECT_EQ(tAssertions.count(), 0u);
 }
 
-TEST(ValueFormatterFactory, AnswersWithANullHandleForFamiliesThatAreNotThere)
+TEST(ValueFormatterFactory, ServesTextColumnsThroughAllFactories)
 {
     const CollectedAssertions tAssertions;
     const TimeZoneResolver tResolver;
     for (const Type::DataType eType : {Type::kChar, Type::kVarChar, Type::kLongVarChar})
     {
         const Type tType(eType);
-        const WebValueFormatDefinitionHandle hDefinition = new WebCustomFormatDefinition(L"@");
+        const WebValueFormatDefinitionHandle hHtml = new WebTextFormatDefinition(WebTextFormatDefinition::kHTML);
+        String sPatterns;
         for (const WebValueFormatterHandle& hFormatter :
              {Formatter::GetDefaultFormatter(tType, Locale::kUSA, kText, 0, 0, language()),
-              withDefinition(tType, hDefinition),
+              withDefinition(tType, hHtml),
               Formatter::GetDefaultFormatterTZ(tType, Locale::kUSA, language(), tResolver, L"EST", kText),
               Formatter::GetInputFormatter(tType, Locale::kUSA, kText, 0, 0, language()),
               Formatter::GetInputFormatterTZ(tType, Locale::kUSA, tResolver, L"EST", kText, language()),
-              Formatter::GetCustomFormatter(tType, L"@", Locale::kUSA, kText, language()),
+              Formatter::GetCustomFormatter(tType, L"<@>", Locale::kUSA, kText, language()),
               Formatter::GetCSVFormatter(tType, Locale::kUSA, kText), Formatter::GetTypedLiteralFormatter(tType, kText),
               Formatter::getXmlValueFormatter(tType, kText)})
-            EXPECT_TRUE(hFormatter.isNull()) << eType;
+        {
+            ASSERT_FALSE(hFormatter.isNull()) << eType;
+            EXPECT_EQ(hFormatter->valueStorageType(), Type::kStorageWChar);
+            EXPECT_EQ(hFormatter->outputType(), kText);
+            sPatterns += hFormatter->GetCustomFormatString() + L"|";
+        }
+        EXPECT_EQ(sPatterns, L"@|@[html]@H|@|@|@|<@>|@|@|@|") << eType;
     }
     EXPECT_EQ(tAssertions.count(), 0u);
 }
