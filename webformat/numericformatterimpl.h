@@ -48,6 +48,7 @@ public:
     void impl_formatToBuffer(StringBufferBaseTemplate<wchar_t>& tBuffer, const void* pValue) const override;
 
 private:
+    bool formatStraight(StringBufferBaseTemplate<wchar_t>& tBuffer, const T& tValue) const;
     void formatNumber(StringBufferBaseTemplate<wchar_t>& tBuffer, const T& tValue) const;
     void formatNumberInternal(StringBufferBaseTemplate<wchar_t>& tBuffer, const T& tValue, std::size_t nSection) const;
     void formatInfinite(StringBufferBaseTemplate<wchar_t>& tBuffer, bool bNegative) const;

@@ -1,5 +1,6 @@
 #include "webformat/numericformatterimpl.h"
 
+#include "corefacade/fastdecimal.h"
 #include "project/webformat/numericinfo.h"
 #include "project/webformat/numericprogram.h"
 #include "project/webformat/numericrenderer.h"
@@ -44,6 +45,11 @@ struct Operations
     static constexpr NumericValueOperations kTable = {&wholePartWithin, &formatDuration};
 };
 
+String minusSign(ValueFormatterTypes::OutputType eOutput, const KTWUILanguage& tLanguage)
+{
+    return needsLeftToRightMark(eOutput, tLanguage) ? String(kLeftToRightMark) + L'-' : String(1, L'-');
+}
+
 // The scale for a magnitude, or null below the first. Halves the list; entry 0 is left to the last question.
 template <class T>
 const NumericProgram::Scale* chooseScale(const NumericProgram& tProgram, const T& tValue)
@@ -76,7 +82,7 @@ NumericFormatterImpl<T>::NumericFormatterImpl(const String& sPattern, const Loca
     : m_pProgram(std::make_unique<const NumericProgram>(
           NumericPattern::parse(sPattern, tLocale, eOutput, tLanguage, eParseOutput,
                                 pSource ? pSource : &ownSubFormatters<T>()),
-          tLocale, eOutput)),
+          tLocale, eOutput, minusSign(eOutput, tLanguage))),
       m_nMaxSignificantDigits(FormatterConfig::maxSignificantDigitsSource()),
       m_sPattern(sPattern),
       m_eOutput(eOutput),
@@ -106,13 +112,30 @@ bool NumericFormatterImpl<T>::IsValidExcelPattern() const
     return m_pProgram->bValidExcelPattern;
 }
 
+// Values that need more room than there surely is are left to the walk, which grows the buffer to no more than it must.
+template <class T>
+[[gnu::always_inline]] inline bool NumericFormatterImpl<T>::formatStraight(Buffer& tBuffer, const T& tValue) const
+{
+    const StraightLine& tLine = m_pProgram->aStraight[NumericInfo<T>::isNegative(tValue) ? 1 : 0];
+    DecimalParts tParts;
+    if (tBuffer.capacity() - tBuffer.length() < tLine.mostCharacters() ||
+        !NumericInfo<T>::parts(tValue, tLine.nPlaces, m_nMaxSignificantDigits, tParts))
+        return false;
+    const wchar_t* const pStart = tBuffer.freePlace();
+    const wchar_t* const pEnd =
+        tLine.write(tBuffer.freePlace(), m_pProgram->sTexts.data(), static_cast<std::uint64_t>(tParts.nWhole),
+                    static_cast<std::uint32_t>(tParts.nFraction));
+    tBuffer.advance(static_cast<std::size_t>(pEnd - pStart));
+    return true;
+}
+
 template <class T>
 void NumericFormatterImpl<T>::impl_formatToBuffer(Buffer& tBuffer, const void* pValue) const
 {
-    if (pValue)
-        formatNumber(tBuffer, *static_cast<const T*>(pValue));
-    else
+    if (!pValue)
         FormatNull(tBuffer, 0);
+    else if (!m_pProgram->bStraight || !formatStraight(tBuffer, *static_cast<const T*>(pValue)))
+        formatNumber(tBuffer, *static_cast<const T*>(pValue));
 }
 
 template <class T>

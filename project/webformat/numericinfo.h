@@ -1,12 +1,14 @@
 #pragma once
 
 #include <array>
+#include <atomic>
 #include <cmath>
 #include <cstdint>
 #include <limits>
 #include <type_traits>
 
 #include "corefacade/corvidnumber.h"
+#include "corefacade/fastdecimal.h"
 #include "corefacade/floatingpointutils.h"
 #include "corefacade/sqldatatype.h"
 #include "webbedrock/stringbuffer.h"
@@ -19,6 +21,7 @@ namespace tov {
 //
 //   kStorage                     the storage type of the values
 //   isNaN, isInfinite, isNegative  of any value; minus zero is not negative
+//   parts                        the magnitude rounded to at most 9 places, quickly; false: ask `digits`
 //   digits                       the digit string of magnitude x 10^power; returns the place of the point
 //   digitsAfterModuli            the same of the value that the modulus steps give
 //   reachesPower10               whether the magnitude is at least 10^power
@@ -51,6 +54,15 @@ struct NumericInfo<double>
     static bool isNaN(double fValue) { return std::isnan(fValue); }
     static bool isInfinite(double fValue) { return std::isinf(fValue); }
     static bool isNegative(double fValue) { return fValue < 0; }
+
+    static bool parts(double fValue, unsigned nPlaces, const std::atomic<int>& nMaxSignificantDigits,
+                      DecimalParts& tParts)
+    {
+        if (nMaxSignificantDigits.load(std::memory_order_relaxed) != kFastSignificantDigits)
+            return false;
+        const double fMagnitude = std::fabs(fValue);
+        return roundToParts(fMagnitude, nPlaces, tParts) || roundLongToParts(fMagnitude, nPlaces, tParts);
+    }
 
     static int digits(StringBufferBaseTemplate<char>& tDigits, double fValue, std::uint32_t nFractionDigits,
                       int nPower10, int nMaxSignificantDigits)
@@ -91,6 +103,8 @@ struct NumericInfo<CorvidNumber>
     static bool isNaN(const CorvidNumber&) { return false; }
     static bool isInfinite(const CorvidNumber& tValue) { return tValue.isInfinite(); }
     static bool isNegative(const CorvidNumber& tValue) { return tValue.isNegative(); }
+
+    static bool parts(const CorvidNumber&, unsigned, const std::atomic<int>&, DecimalParts&) { return false; }
 
     static int digits(StringBufferBaseTemplate<char>& tDigits, const CorvidNumber& tValue,
                       std::uint32_t nFractionDigits, int nPower10, int)
@@ -146,6 +160,12 @@ struct WholeNumericInfo
     {
         const std::uint64_t nBits = static_cast<std::uint64_t>(nValue);
         return isNegative(nValue) ? 0 - nBits : nBits;
+    }
+
+    static bool parts(T nValue, unsigned, const std::atomic<int>&, DecimalParts& tParts)
+    {
+        tParts.nWhole = static_cast<std::int64_t>(magnitude(nValue));
+        return true;
     }
 
     static int digits(StringBufferBaseTemplate<char>& tDigits, T nValue, std::uint32_t nFractionDigits, int nPower10,

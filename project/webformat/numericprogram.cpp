@@ -170,7 +170,7 @@ private:
 }  // namespace
 
 NumericProgram::NumericProgram(const NumericPattern& tPattern, const Locale& tTheLocale,
-                               ValueFormatterTypes::OutputType eTheOutput)
+                               ValueFormatterTypes::OutputType eTheOutput, std::wstring_view sMinus)
     : tLocale(tTheLocale), eOutput(eTheOutput), bValidExcelPattern(tPattern.sections().front().bValidExcelPattern)
 {
     Binder tBinder(*this, tPattern);
@@ -182,10 +182,27 @@ NumericProgram::NumericProgram(const NumericPattern& tPattern, const Locale& tTh
         tBinder.bindSection(tPattern.sections()[i]);
         bAutoScale = bAutoScale || vSections.back().bAutoScale;
     }
-    if (!bAutoScale)
+    if (bAutoScale)
+    {
+        for (const auto& tScale : tLocale.getScaleFactors())
+            vScales.push_back({-scaleNumberOfName(tScale.sName), tBinder.storeEncoded(tScale.sIndicator)});
+    }
+    findStraightLines(sMinus);
+}
+
+void NumericProgram::findStraightLines(std::wstring_view sMinus)
+{
+    bStraight = aStraight[0].recognise(*this, 0) && (vSections.size() == 1 || aStraight[1].recognise(*this, 1));
+    if (!bStraight)
         return;
-    for (const auto& tScale : tLocale.getScaleFactors())
-        vScales.push_back({-scaleNumberOfName(tScale.sName), tBinder.storeEncoded(tScale.sIndicator)});
+    if (vSections.size() == 1)
+    {
+        aStraight[1] = aStraight[0];
+        const std::size_t nStart = sTexts.size();
+        sTexts.append(sMinus).append(String(text(aStraight[0].tPrefix)));
+        aStraight[1].tPrefix = {static_cast<std::uint32_t>(nStart), static_cast<std::uint32_t>(sTexts.size() - nStart)};
+    }
+    sTexts.append(StraightLine::knBlock, L'\0');
 }
 
 }  // namespace tov

@@ -5,16 +5,10 @@
 #include <vector>
 
 #include "intl/locale.h"
+#include "project/webformat/straightline.h"
 #include "webformat/numericpattern.h"
 
 namespace tov {
-
-// A piece of the program's text.
-struct NumericText
-{
-    std::uint32_t nStart = 0;
-    std::uint32_t nLength = 0;
-};
 
 // A numeric pattern in the form that renders: neighbouring texts merged, separators, colours and fixed scale names
 // turned into text, everything that a value could make the renderer look up resolved. Immutable; holds all text in one
@@ -74,20 +68,28 @@ struct NumericProgram
     // Only the positive, the negative and the null section can ever render.
     static constexpr std::size_t knSections = 3;
 
-    NumericProgram(const NumericPattern& tPattern, const Locale& tLocale, ValueFormatterTypes::OutputType eOutput);
+    // `sMinus` stands before negative values that have no section of their own.
+    NumericProgram(const NumericPattern& tPattern, const Locale& tLocale, ValueFormatterTypes::OutputType eOutput,
+                   std::wstring_view sMinus);
 
     std::wstring_view text(NumericText tText) const
     {
         return std::wstring_view(sTexts).substr(tText.nStart, tText.nLength);
     }
 
-    String sTexts;
+    String sTexts;  // and behind it room for reads of a whole block
+    // The way of finite values, at 1 of negative ones, where both have common shapes.
+    bool bStraight = false;
+    StraightLine aStraight[2];
     std::vector<Section> vSections;
     std::vector<Special> vSpecials;
     std::vector<Scale> vScales;  // ordered by increasing magnitude; filled only where a section scales automatically
     Locale tLocale;              // day and month names
     ValueFormatterTypes::OutputType eOutput;
     bool bValidExcelPattern;
+
+private:
+    void findStraightLines(std::wstring_view sMinus);
 };
 
 }  // namespace tov
