@@ -27,6 +27,8 @@ public:
 
     OutputType outputType() const override;
     String GetCustomFormatString() const override;
+    // The civil time that a value is shown with: in the display zone where it is converted, as it is stored elsewhere.
+    DateTime displayedTime(const DateTime& tValue) const;
     void FormatValue(StringBufferBaseTemplate<wchar_t>& tBuffer, const DateTime& tValue) const override;
     // The null text is the inner formatter's.
     void impl_formatToBuffer(StringBufferBaseTemplate<wchar_t>& tBuffer, const void* pValue) const override;

@@ -72,12 +72,14 @@ String TimeStampFormatter::GetCustomFormatString() const
     return m_hFormatter->GetCustomFormatString();
 }
 
+DateTime TimeStampFormatter::displayedTime(const DateTime& tValue) const
+{
+    return m_bConvert ? DateUtils::convertTimeZoneTime(tValue, m_nDataOffset, m_tDisplayTimeZone) : tValue;
+}
+
 void TimeStampFormatter::FormatValue(StringBufferBaseTemplate<wchar_t>& tBuffer, const DateTime& tValue) const
 {
-    if (m_bConvert)
-        m_hFormatter->FormatValue(tBuffer, DateUtils::convertTimeZoneTime(tValue, m_nDataOffset, m_tDisplayTimeZone));
-    else
-        m_hFormatter->FormatValue(tBuffer, tValue);
+    m_hFormatter->FormatValue(tBuffer, displayedTime(tValue));
     if (m_bShowTimeZone)
         tBuffer.append(m_sTimeZoneText);
 }

@@ -75,6 +75,20 @@ TEST(TimeStampFormatter, ShowsTheValueInTheDisplayZone)
     }
 }
 
+TEST(TimeStampFormatter, TellsTheTimeThatItShows)
+{
+    const auto displayed = [](const wchar_t* pPattern, int nDataOffset, const wchar_t* pZone)
+    {
+        return TimeStampFormatter(Locale::kUSA, KTWUILanguage::kDefaultLanguage, pPattern, resolverWith(nDataOffset),
+                                  pZone, kText)
+            .displayedTime(kNoon);
+    };
+    EXPECT_EQ(displayed(L"HH:mm", 0, L"Asia/Kathmandu"), DateTime(2024, 7, 1, 18, 15, 15));
+    EXPECT_EQ(displayed(L"HH:mm[TZ:Europe/Paris]", 0, L""), DateTime(2024, 7, 1, 14, 30, 15));
+    EXPECT_EQ(displayed(L"HH:mm", kUnknown, L"Asia/Kathmandu"), kNoon);
+    EXPECT_EQ(displayed(L"HH:mm", 0, L"nowhere"), kNoon);
+}
+
 TEST(TimeStampFormatter, AsksTheSessionWhereNoZoneIsNamed)
 {
     const Handle<SessionTimeZones, SessionTimeZones> hSession(new SessionTimeZones);

@@ -26,6 +26,9 @@ public:
     void write(std::string_view sBytes);
     void write(std::wstring_view sText);
 
+    // The file beside its place, for one who fills it by its path instead of by `write`; empty where there is none.
+    const std::string& temporaryPath() const { return m_sTemporary; }
+
     // Hands everything over to the system, and gives the file its name.
     void commit();
 

@@ -26,6 +26,8 @@ void runReport(const ReportOptions& tOptions)
         writeHtmlReport(tReport, *pData, tOutput);
     else if (tOptions.sOutput == "text")
         writeTextReport(tReport, *pData, tOutput);
+    else if (tOptions.sOutput == "xlsx")
+        writeXlsxReport(tReport, *pData, tOutput);
     else
         writeCsvReport(tReport, *pData, tOptions.sFormulas == "keep" ? CsvFormulas::kKeep : CsvFormulas::kEscape,
                        tOutput);
@@ -44,7 +46,7 @@ void addReportCommand(CLI::App& tApp, CommandAction& tAction)
         ->required();
     pCommand->add_option("--output", pOptions->sOutput, "What to write")
         ->required()
-        ->check(CLI::IsMember({"html", "text", "csv"}));
+        ->check(CLI::IsMember({"html", "text", "csv", "xlsx"}));
     pCommand->add_option("-o", pOptions->sFile, "Where to write it; standard output unless given")->type_name("FILE");
     pCommand->add_option("--csv-formulas", pOptions->sFormulas, "Text in CSV that a spreadsheet would run as a formula")
         ->check(CLI::IsMember({"keep", "escape"}))

@@ -28,6 +28,11 @@ void writeTextReport(const ReportDefinition& tReport, DataSource& tData, OutputF
 // Comma-separated values (RFC 4180, CRLF, no byte order mark) with the names of the columns in the first line.
 void writeCsvReport(const ReportDefinition& tReport, DataSource& tData, CsvFormulas eFormulas, OutputFile& tOutput);
 
+// A workbook (Office Open XML) of one worksheet: numbers and dates as such under the columns' Excel patterns,
+// everything else as text (docs/excel.md). The same report and data give the same bytes; memory does not grow with the
+// rows. More columns or rows than a worksheet has are an InputError.
+void writeXlsxReport(const ReportDefinition& tReport, DataSource& tData, OutputFile& tOutput);
+
 // The text with an apostrophe in front where a spreadsheet would run it as a formula: it starts with = + - @, their
 // full-width forms, a tab or a line end.
 String defusedFormula(const String& sText);

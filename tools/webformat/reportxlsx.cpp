@@ -1,0 +1,170 @@
+#include <unistd.h>
+
+#include <algorithm>
+#include <deque>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <string>
+
+#include "eastasianwidth.h"
+#include "excelcell.h"
+#include "inputerror.h"
+#include "reporttable.h"
+#include "reportwriters.h"
+#include "textdirection.h"
+#include "webbedrock/utf8.h"
+#include "workbookwriter.h"
+
+namespace tov {
+
+namespace {
+
+// The display width of the longest line of a text.
+std::size_t lineWidth(std::wstring_view sText)
+{
+    std::size_t nWidth = 0;
+    for (std::size_t nStart = 0; nStart <= sText.size();)
+    {
+        const std::size_t nEnd = std::min(sText.find_first_of(L"\r\n", nStart), sText.size());
+        nWidth = std::max(nWidth, displayWidth(sText.substr(nStart, nEnd - nStart)));
+        nStart = nEnd + 1;
+    }
+    return nWidth;
+}
+
+// Writes the rows of a report into a worksheet.
+class Sheet
+{
+public:
+    Sheet(ReportTable& tTable, WorkbookWriter& tWriter);
+
+    void write();
+
+private:
+    void writeHeadings();
+    void writeRow(const std::vector<String>& vCells);
+    void writeCell(std::uint32_t nRow, std::size_t nColumn, const String& sText);
+    void widen(std::size_t nColumn, std::size_t nWidth);
+    WorkbookWriter::Alignment alignmentOf(std::size_t nColumn) const;
+
+    ReportTable& m_tTable;
+    WorkbookWriter& m_tWriter;
+    std::deque<ExcelColumn> m_vColumns;
+    std::vector<std::size_t> m_vWidths;
+};
+
+Sheet::Sheet(ReportTable& tTable, WorkbookWriter& tWriter)
+    : m_tTable(tTable), m_tWriter(tWriter), m_vWidths(tTable.columnCount())
+{
+    for (const ReportColumn& tColumn : tTable.report().vColumns)
+        m_vColumns.emplace_back(tTable.report(), tColumn);
+}
+
+void Sheet::write()
+{
+    writeHeadings();
+    std::vector<String> vCells;
+    while (m_tTable.nextRow(vCells))
+    {
+        if (m_tTable.rowCount() >= WorkbookWriter::knMostRows)
+            throw InputError("found more rows than " + std::to_string(WorkbookWriter::knMostRows - 1) +
+                             ", expected at most so many: a worksheet has no more");
+        writeRow(vCells);
+    }
+    m_tWriter.finish(m_vWidths);
+}
+
+WorkbookWriter::Alignment Sheet::alignmentOf(std::size_t nColumn) const
+{
+    const ExcelColumn& tColumn = m_vColumns[nColumn];
+    return tColumn.isNumber() || tColumn.isCalendar() ? WorkbookWriter::kRight : WorkbookWriter::kLeft;
+}
+
+void Sheet::widen(std::size_t nColumn, std::size_t nWidth)
+{
+    m_vWidths[nColumn] = std::max(m_vWidths[nColumn], nWidth);
+}
+
+void Sheet::writeHeadings()
+{
+    for (std::size_t nColumn = 0; nColumn < m_vColumns.size(); ++nColumn)
+    {
+        const String& sHeading = m_tTable.report().vColumns[nColumn].sHeading;
+        m_tWriter.writeHeading(nColumn, sHeading, alignmentOf(nColumn));
+        // Bold letters are wider by a tenth.
+        widen(nColumn, lineWidth(sHeading) * 11 / 10 + 1);
+    }
+}
+
+void Sheet::writeRow(const std::vector<String>& vCells)
+{
+    const auto nRow = static_cast<std::uint32_t>(m_tTable.rowCount());
+    for (std::size_t nColumn = 0; nColumn < m_vColumns.size(); ++nColumn)
+        writeCell(nRow, nColumn, vCells[nColumn]);
+}
+
+void Sheet::writeCell(std::uint32_t nRow, std::size_t nColumn, const String& sText)
+{
+    ExcelColumn& tColumn = m_vColumns[nColumn];
+    const ExcelCell tCell = tColumn.cellOf(m_tTable.value(nColumn), m_tTable.formatterOf(nColumn), sText);
+    if (tCell.eKind == ExcelCell::kBlank)
+        return;
+    if (tCell.eKind == ExcelCell::kNumber && m_tWriter.writeNumber(nRow, nColumn, tCell.fNumber, tCell.sPattern))
+    {
+        widen(nColumn, std::max(tColumn.widthOf(tCell), displayWidth(sText)));
+        return;
+    }
+    const std::wstring_view sWritten = tCell.eKind == ExcelCell::kText ? tCell.sText : std::wstring_view(sText);
+    m_tWriter.writeText(nRow, nColumn, sWritten, alignmentOf(nColumn));
+    widen(nColumn, lineWidth(sWritten));
+}
+
+// Where a workbook is made that cannot be written in its place: a workbook is not written from front to back.
+std::string scratchPath()
+{
+    std::error_code tError;
+    const std::filesystem::path tFolder = std::filesystem::temp_directory_path(tError);
+    return (tFolder / ("webformat-" + std::to_string(getpid()) + ".xlsx")).string();
+}
+
+void copyFile(const std::string& sPath, OutputFile& tOutput)
+{
+    std::ifstream tInput(sPath, std::ios::binary);
+    std::string sChunk(1 << 16, '\0');
+    while (tInput.read(sChunk.data(), static_cast<std::streamsize>(sChunk.size())) || tInput.gcount() > 0)
+        tOutput.write(std::string_view(sChunk.data(), static_cast<std::size_t>(tInput.gcount())));
+    if (tInput.bad())
+        throw InputError({sPath}, "cannot be read");
+}
+
+void writeWorkbook(ReportTable& tTable, const std::string& sPath)
+{
+    const ReportDefinition& tReport = tTable.report();
+    WorkbookWriter tWriter(sPath, "the workbook", {tReport.sTitle, isRightToLeft(tReport.tLocale.tag())});
+    Sheet(tTable, tWriter).write();
+    if (tWriter.cutTexts() > 0)
+        std::cerr << "webformat: " << tWriter.cutTexts() << " texts longer than " << WorkbookWriter::knLongestText
+                  << " characters were cut: a cell holds no more\n";
+}
+
+}  // namespace
+
+void writeXlsxReport(const ReportDefinition& tReport, DataSource& tData, OutputFile& tOutput)
+{
+    if (tReport.vColumns.size() > WorkbookWriter::knMostColumns)
+        throw InputError(tReport.vColumns[WorkbookWriter::knMostColumns].tPlace,
+                         "found more columns than " + std::to_string(WorkbookWriter::knMostColumns) +
+                             ", expected at most so many: a worksheet has no more");
+    ReportTable tTable(tReport, tData, {ValueFormatterTypes::kText, ReportTable::kDisplay, true});
+    if (!tOutput.temporaryPath().empty())
+    {
+        writeWorkbook(tTable, tOutput.temporaryPath());
+        return;
+    }
+    const OutputFile tScratch(scratchPath());
+    writeWorkbook(tTable, tScratch.temporaryPath());
+    copyFile(tScratch.temporaryPath(), tOutput);
+}
+
+}  // namespace tov
