@@ -97,10 +97,6 @@ TEST(Batch, SaysWhatIsWrongWithARequest)
         {__LINE__, R"j({"do":"dance"})j",
          R"j({"error":"\"do\": found \"dance\", expected one of format, definition, compare, section,)j"
          R"j( encode, explain, convert, removeHtml, bracketTags, offset"})j"},
-        {__LINE__, R"j({"do":"convert","kind":"numeric","format":"0"})j",
-         R"j({"error":"the kind \"numeric\" is not available"})j"},
-        {__LINE__, R"j({"do":"removeHtml","text":"<b>"})j",
-         R"j({"error":"the request \"removeHtml\" is not available"})j"},
         {__LINE__, R"j({"type":"number","value":1})j",
          R"j({"error":"found the type \"number\", expected one of invalid, unknown, bit, tinyint, smallint,)j"
          R"j( integer, unsignedinteger, bigint, unsignedbigint, real, float, double, numeric, decimal, char,)j"
@@ -116,11 +112,7 @@ TEST(Batch, SaysWhatIsWrongWithARequest)
          R"j(locales)"})j"},
         {__LINE__, R"j({"type":"double","value":1,"factory":"magic"})j",
          R"j({"error":"\"factory\": found \"magic\", expected one of format, default, input, custom, csv,)j"
-         R"j( literal, xml, drill, duration"})j"},
-        {__LINE__, R"j({"type":"varchar","value":"a","factory":"truncate","length":3})j",
-         R"j({"error":"the factory \"truncate\" is not available"})j"},
-        {__LINE__, R"j({"type":"double","value":1,"compound":"x"})j",
-         R"j({"error":"the key \"compound\" is not available"})j"},
+         R"j( literal, xml, drill, sqlLiteral, truncate, plain, duration"})j"},
         {__LINE__, R"j({"type":"double"})j", R"j({"error":"expected one of \"value\" and \"values\""})j"},
         {__LINE__, R"j({"type":"double","value":1,"values":[1]})j",
          R"j({"error":"expected one of \"value\" and \"values\""})j"},
@@ -129,7 +121,7 @@ TEST(Batch, SaysWhatIsWrongWithARequest)
         {__LINE__, R"j({"type":"double","value":"12x"})j",
          R"j({"error":"found \"12x\", expected a number, NaN, INF or -INF"})j"},
         {__LINE__, R"j({"type":"double","value":1,"minDigits":-1})j",
-         R"j({"error":"found \"-1\", expected a whole number from 0 to 4294967295"})j"},
+         R"j({"error":"\"minDigits\": found \"-1\", expected a whole number from 0 to 4294967295"})j"},
         {__LINE__, R"j({"type":"double","value":1,"minDigits":"2"})j",
          R"j({"error":"\"minDigits\": found a string, expected a whole number from 0 to 4294967295"})j"},
         {__LINE__, R"j({"type":"double","value":1,"zeroOverride":1})j",

@@ -286,12 +286,8 @@ TEST(BatchCalendar, ConvertsOlderDateFormats)
          R"j("excelPattern":{"normal":"d/m/yy h:mm","excel":"d/m/yy h:mm"},)j"
          R"j("stream":"06000000637573746F6D0B000000642F4D2F797920483A6D6D","formula":null,)j"
          R"j("fields":{"customFormat":"d/M/yy H:mm","displayTimeZone":""}})j"},
-        {__LINE__, R"j({"do":"convert","kind":"numeric","format":"0"})j",
-         R"j({"error":"the kind \"numeric\" is not available"})j"},
-        {__LINE__, R"j({"do":"convert","kind":"text","format":"0"})j",
-         R"j({"error":"the kind \"text\" is not available"})j"},
         {__LINE__, R"j({"do":"convert","kind":"poem","format":"0"})j",
-         R"j({"error":"\"kind\": found \"poem\", expected date"})j"},
+         R"j({"error":"\"kind\": found \"poem\", expected numeric, date or text"})j"},
         {__LINE__, R"j({"do":"convert","kind":"date"})j", R"j({"error":"found no \"format\", expected a string"})j"},
         {__LINE__, R"j({"do":"convert","format":"d"})j", R"j({"error":"found no \"kind\", expected a string"})j"},
     };

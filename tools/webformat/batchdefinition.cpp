@@ -85,6 +85,36 @@ void addDefinition(const BatchRequest& tRequest, const WebValueFormatDefinitionH
     tResponse.addRaw("fields", fieldsOf(*hDefinition));
 }
 
+WebValueFormatDefinitionHandle convertNumeric(const String& sFormat)
+{
+    return WebConvertWhistlerFormat::ConvertNumericFormat(WebWhistlerFormatDefinition(sFormat));
+}
+
+WebValueFormatDefinitionHandle convertText(const String& sFormat)
+{
+    return WebConvertWhistlerFormat::ConvertTextFormat(WebWhistlerFormatDefinition(sFormat));
+}
+
+// The languages of the older notation.
+struct LegacyKind
+{
+    std::string_view sName;
+    WebValueFormatDefinitionHandle (*pConvert)(const String& sFormat);
+};
+
+constexpr LegacyKind kaLegacyKinds[] = {
+    {"numeric", &convertNumeric}, {"date", &WebConvertWhistlerFormat::ConvertDateFormat}, {"text", &convertText}};
+
+const LegacyKind& legacyKindOf(const std::string& sName)
+{
+    for (const LegacyKind& tKind : kaLegacyKinds)
+    {
+        if (tKind.sName == sName)
+            return tKind;
+    }
+    throw InputError("\"kind\": found " + quotedForMessage(sName) + ", expected numeric, date or text");
+}
+
 }  // namespace
 
 void answerDefinition(const BatchRequest& tRequest, JsonObject& tResponse)
@@ -95,13 +125,8 @@ void answerDefinition(const BatchRequest& tRequest, JsonObject& tResponse)
 
 void answerConvert(const BatchRequest& tRequest, JsonObject& tResponse)
 {
-    const std::string sKind = tRequest.requiredText("kind");
-    if (sKind == "numeric" || sKind == "text")
-        throw InputError("the kind \"" + sKind + "\" is not available");
-    if (sKind != "date")
-        throw InputError("\"kind\": found " + quotedForMessage(sKind) + ", expected date");
-    addDefinition(tRequest, WebConvertWhistlerFormat::ConvertDateFormat(tRequest.requiredWideText("format")),
-                  tResponse);
+    const LegacyKind& tKind = legacyKindOf(tRequest.requiredText("kind"));
+    addDefinition(tRequest, tKind.pConvert(tRequest.requiredWideText("format")), tResponse);
 }
 
 void answerCompare(const BatchRequest& tRequest, JsonObject& tResponse)

@@ -2,19 +2,24 @@
 #include <array>
 
 #include "batchrequest.h"
+#include "batchtext.h"
 #include "batchzones.h"
 #include "inputerror.h"
 #include "jsonvalues.h"
 #include "names.h"
 #include "threadcollector.h"
 #include "webbedrock/utf8.h"
+#include "webformat/compoundformatter.h"
 #include "webformat/drillvalueformatters.h"
 #include "webformat/durationformatters.h"
+#include "webformat/textformatter.h"
 #include "webformat/valueformatter.h"
 
 namespace tov {
 
 namespace {
+
+constexpr char kSource[] = "tools/batchformat";
 
 // What the factories need of a request.
 struct FormatRequest
@@ -92,6 +97,21 @@ WebValueFormatterHandle makeDrill(const FormatRequest& t)
     return WebDrillValueFormatter::GetFormatter(t.tType, t.eOutput);
 }
 
+WebValueFormatterHandle makeSqlLiteral(const FormatRequest& t)
+{
+    return WEBFORMAT_NEW(kSource) TextSQLLiteralFormatter(t.eOutput);
+}
+
+WebValueFormatterHandle makeTruncate(const FormatRequest& t)
+{
+    return newTruncatingFormatter(t.tRequest.requiredUnsignedNumber("length"), t.eOutput);
+}
+
+WebValueFormatterHandle makePlain(const FormatRequest& t)
+{
+    return newPlainFormatter(t.tType);
+}
+
 template <class T>
 WebValueFormatterHandle makeDurationOf(const FormatRequest& t)
 {
@@ -121,8 +141,8 @@ WebValueFormatterHandle makeDuration(const FormatRequest& t)
 struct Factory
 {
     std::string_view sName;
-    WebValueFormatterHandle (*pMake)(const FormatRequest&);  // null: not available
-    const char* pDefaultType = nullptr;                      // null: the request must name the type
+    WebValueFormatterHandle (*pMake)(const FormatRequest&);
+    const char* pDefaultType = nullptr;  // null: the request must name the type
 };
 
 constexpr std::array<Factory, 12> kaFactories = {{{"format", &makeDisplay},
@@ -133,28 +153,32 @@ constexpr std::array<Factory, 12> kaFactories = {{{"format", &makeDisplay},
                                                   {"literal", &makeLiteral},
                                                   {"xml", &makeXml},
                                                   {"drill", &makeDrill},
-                                                  {"sqlLiteral", nullptr},
-                                                  {"truncate", nullptr},
-                                                  {"plain", nullptr},
+                                                  {"sqlLiteral", &makeSqlLiteral, "varchar"},
+                                                  {"truncate", &makeTruncate, "varchar"},
+                                                  {"plain", &makePlain},
                                                   {"duration", &makeDuration, "double"}}};
 
 const Factory& factoryOf(const BatchRequest& tRequest)
 {
     const std::string sName = tRequest.text("factory", "format");
-    const auto tFound = std::find_if(kaFactories.begin(), kaFactories.end(),
-                                     [&](const Factory& tFactory) { return tFactory.sName == sName; });
-    if (tFound == kaFactories.end())
-        throw InputError("\"factory\": found " + quotedForMessage(sName) +
-                         ", expected one of format, default, input, custom, csv, literal, xml, drill, duration");
-    if (!tFound->pMake)
-        throw InputError("the factory " + quotedForMessage(sName) + " is not available");
-    return *tFound;
+    std::string sNames;
+    for (const Factory& tFactory : kaFactories)
+    {
+        if (tFactory.sName == sName)
+            return tFactory;
+        sNames += (sNames.empty() ? "" : ", ") + std::string(tFactory.sName);
+    }
+    throw InputError("\"factory\": found " + quotedForMessage(sName) + ", expected one of " + sNames);
 }
 
-void refuseUnavailableKeys(const BatchRequest& tRequest)
+// Null where the factory has none, with a compound format too.
+WebValueFormatterHandle formatterOf(const Factory& tFactory, const FormatRequest& t)
 {
-    if (tRequest.has("compound"))
-        throw InputError("the key \"compound\" is not available");
+    const String sCompound = t.tRequest.wideText("compound", {});
+    WebValueFormatterHandle hFormatter = tFactory.pMake(t);
+    if (!t.tRequest.isGiven("compound") || hFormatter.isNull())
+        return hFormatter;
+    return WEBFORMAT_NEW(kSource) CompoundFormatter(sCompound, hFormatter, t.eOutput);
 }
 
 SQLDataType typeOf(const BatchRequest& tRequest, const Factory& tFactory)
@@ -271,13 +295,12 @@ void addExtras(const BatchRequest& tRequest, unsigned nExtras, const WebValueFor
 void answerFormat(const BatchRequest& tRequest, JsonObject& tResponse)
 {
     const Factory& tFactory = factoryOf(tRequest);
-    refuseUnavailableKeys(tRequest);
     const unsigned nExtras = extrasOf(tRequest);
     const BatchZones tZones(tRequest);
     const FormatRequest t{tRequest,         tZones, typeOf(tRequest, tFactory), tRequest.locale(), tRequest.language(),
                           tRequest.output()};
     const std::vector<TypedValue> vValues = valuesOf(tRequest, t.tType);
-    const WebValueFormatterHandle hFormatter = tFactory.pMake(t);
+    const WebValueFormatterHandle hFormatter = formatterOf(tFactory, t);
     if (hFormatter.isNull())
     {
         tResponse.addNull("formatter");

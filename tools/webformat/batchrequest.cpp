@@ -22,7 +22,7 @@ namespace {
 struct RequestKind
 {
     std::string_view sName;
-    void (*pAnswer)(const BatchRequest&, JsonObject&);  // null: not available
+    void (*pAnswer)(const BatchRequest&, JsonObject&);
 };
 
 constexpr std::array<RequestKind, 10> kaKinds = {{{"format", &answerFormat},
@@ -32,13 +32,18 @@ constexpr std::array<RequestKind, 10> kaKinds = {{{"format", &answerFormat},
                                                   {"encode", &answerEncode},
                                                   {"explain", &answerExplain},
                                                   {"convert", &answerConvert},
-                                                  {"removeHtml", nullptr},
-                                                  {"bracketTags", nullptr},
+                                                  {"removeHtml", &answerRemoveHtml},
+                                                  {"bracketTags", &answerBracketTags},
                                                   {"offset", &answerOffset}}};
+
+std::string quoted(const char* pKey)
+{
+    return "\"" + std::string(pKey) + "\"";
+}
 
 [[noreturn]] void failKey(const char* pKey, const JsonValue& tFound, const char* pExpected)
 {
-    throw InputError("\"" + std::string(pKey) + "\": found " + tFound.kindName() + ", expected " + pExpected);
+    throw InputError(quoted(pKey) + ": found " + tFound.kindName() + ", expected " + pExpected);
 }
 
 const RequestKind& kindOf(const BatchRequest& tRequest)
@@ -47,8 +52,6 @@ const RequestKind& kindOf(const BatchRequest& tRequest)
     std::string sNames;
     for (const RequestKind& tKind : kaKinds)
     {
-        if (tKind.sName == sName && !tKind.pAnswer)
-            throw InputError("the request " + quotedForMessage(sName) + " is not available");
         if (tKind.sName == sName)
             return tKind;
         sNames += (sNames.empty() ? "" : ", ") + std::string(tKind.sName);
@@ -128,7 +131,7 @@ std::string BatchRequest::requiredText(const char* pKey) const
 {
     const JsonValue* pValue = findText(pKey);
     if (!pValue)
-        throw InputError("found no \"" + std::string(pKey) + "\", expected a string");
+        throw InputError("found no " + quoted(pKey) + ", expected a string");
     return pValue->text();
 }
 
@@ -143,16 +146,29 @@ String BatchRequest::requiredWideText(const char* pKey) const
     return wideArgument(requiredText(pKey), pKey);
 }
 
-unsigned BatchRequest::unsignedNumber(const char* pKey, unsigned nDefault) const
+TypedValue BatchRequest::number(const char* pKey, const SQLDataType& tType) const
 {
     const JsonValue* pValue = find(pKey);
     if (!pValue || pValue->isNull())
-        return nDefault;
-    const SQLDataType tType(SQLDataType::kUnsignedInteger);
+        return TypedValue();
     if (pValue->kind() != JsonValue::kNumber)
         failKey(pKey, *pValue, expectedValue(tType));
-    const TypedValue tNumber = valueFromText(tType, pValue->text());
-    return *static_cast<const unsigned*>(tNumber.pointer());
+    return ofArgument(quoted(pKey).c_str(), [&] { return valueFromText(tType, pValue->text()); });
+}
+
+unsigned BatchRequest::unsignedNumber(const char* pKey, unsigned nDefault) const
+{
+    const TypedValue tNumber = number(pKey, SQLDataType(SQLDataType::kUnsignedInteger));
+    return tNumber.isNull() ? nDefault : *static_cast<const unsigned*>(tNumber.pointer());
+}
+
+unsigned long BatchRequest::requiredUnsignedNumber(const char* pKey) const
+{
+    const SQLDataType tType(SQLDataType::kUnsignedBigInt);
+    const TypedValue tNumber = number(pKey, tType);
+    if (tNumber.isNull())
+        throw InputError("found no " + quoted(pKey) + ", expected " + expectedValue(tType));
+    return *static_cast<const unsigned long*>(tNumber.pointer());
 }
 
 bool BatchRequest::flag(const char* pKey, bool bDefault) const
@@ -192,10 +208,9 @@ Handle<WebValueFormatDefinition, WebValueFormatDefinition> BatchRequest::definit
     const std::optional<XmlDocument> tDocument =
         XmlDocument::parse(pXml->text(), &tError, XmlParseOptions::reportFragment());
     if (!tDocument)
-        throw InputError(placeIn("\"" + std::string(pKey) + "\"", {tError.nLine, tError.nColumn}),
-                         toUtf8(tError.sMessage));
+        throw InputError(placeIn(quoted(pKey), {tError.nLine, tError.nColumn}), toUtf8(tError.sMessage));
     if (!tDocument->root().hasName(schemas::Report::kqnDataFormat))
-        throw InputError("\"" + std::string(pKey) + "\": found the element " +
+        throw InputError(quoted(pKey) + ": found the element " +
                          quotedForMessage(toUtf8(tDocument->root().localName())) + ", expected \"tov:dataFormat\"");
     return WebValueFormatDefinition::DynamicReadXML(tDocument->root());
 }

@@ -6,6 +6,7 @@
 #include "intl/ktwuilanguage.h"
 #include "intl/locale.h"
 #include "jsonvalue.h"
+#include "typedvalue.h"
 #include "webformat/outputtypes.h"
 #include "webformat/valueformatdefinition.h"
 
@@ -28,6 +29,7 @@ public:
     String wideText(const char* pKey, std::wstring_view sDefault) const;
     String requiredWideText(const char* pKey) const;
     unsigned unsignedNumber(const char* pKey, unsigned nDefault) const;
+    unsigned long requiredUnsignedNumber(const char* pKey) const;
     bool flag(const char* pKey, bool bDefault) const;
 
     // The keys "output", "locale" with "overridingCurrency", and "language" with their defaults.
@@ -40,6 +42,7 @@ public:
 
 private:
     const JsonValue* findText(const char* pKey) const;
+    TypedValue number(const char* pKey, const SQLDataType& tType) const;  // null: not given
 
     const JsonValue& m_tRequest;
 };
@@ -58,6 +61,8 @@ void answerSection(const BatchRequest& tRequest, JsonObject& tResponse);
 void answerEncode(const BatchRequest& tRequest, JsonObject& tResponse);
 void answerExplain(const BatchRequest& tRequest, JsonObject& tResponse);
 void answerConvert(const BatchRequest& tRequest, JsonObject& tResponse);
+void answerRemoveHtml(const BatchRequest& tRequest, JsonObject& tResponse);
+void answerBracketTags(const BatchRequest& tRequest, JsonObject& tResponse);
 void answerOffset(const BatchRequest& tRequest, JsonObject& tResponse);
 
 }  // namespace tov
