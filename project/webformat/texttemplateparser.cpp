@@ -32,6 +32,7 @@ public:
     {
         m_bFoMode = m_eSection == ValueFormatterTypes::kHTML &&
                     (eOutput == ValueFormatterTypes::kPDF || eOutput == ValueFormatterTypes::kXLSX);
+        m_bEncodes = m_eSection != eOutput && encoderFor(eOutput) != nullptr;
         m_bPreformatted = sFormat == WebTextFormatDefinition::standardPattern(WebTextFormatDefinition::kPlainNBSPText);
     }
 
