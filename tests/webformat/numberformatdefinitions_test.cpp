@@ -341,8 +341,55 @@ TEST(CurrencyFormatDefinition, IsOrderedByNumberAndThenByTag)
     EXPECT_EQ(order(Currency(L"A", kMinus, false, 0, 0), Currency(L"A", kMinus, false, 0, 0)), 0);
 }
 
+struct CurrencyExcelRow
+{
+    int nLine;
+    const wchar_t* pTag;
+    Base::NegativeFormat eFormat;
+    bool bCommas;
+    std::uint32_t nDigits;
+    const wchar_t* pExpected;
+};
+
+// The positive and the negative section come from the currency's layouts; "[$:" is Excel's own "[$".
+constexpr CurrencyExcelRow kCurrencyExcelRows[] = {
+    {__LINE__, L"loc:en-US", kMinus, true, 2, L"[$$]#,##0.00;-[$$]#,##0.00"},
+    {__LINE__, L"loc:en-US", kRed, true, 2, L"[$$]#,##0.00;[red][$$]#,##0.00"},
+    {__LINE__, L"loc:en-US", kParens, false, 0, L"[$$]#0;([$$]#0)"},
+    {__LINE__, L"loc:en-US", kRedParens, false, 1, L"[$$]#0.0;[red]([$$]#0.0)"},
+    {__LINE__, L"loc:de-DE", kRedMinus, true, 2, L"#,##0.00 [$\u20AC];[red]-#,##0.00 [$\u20AC]"},
+    {__LINE__, L"int:EUR", kMinus, false, 0, L"[$EUR] #0;-[$EUR] #0"},
+    {__LINE__, L"int:EUR", kNegativeFormatEnd_, false, 0, L"[$EUR] #0;-[$EUR] #0"},
+};
+
+TEST(CurrencyFormatDefinition, HasTheExcelPatternOfItsLayouts)
+{
+    const KTWUILanguage& tLanguage = KTWUILanguage::kDefaultLanguage;
+    for (const CurrencyExcelRow& tRow : kCurrencyExcelRows)
+    {
+        const Currency tCurrency(tRow.pTag, tRow.eFormat, tRow.bCommas, tRow.nDigits, tRow.nDigits);
+        for (const auto ePattern : {Currency::kFormatPatternNormal, Currency::kFormatPatternExcel})
+            EXPECT_EQ(tCurrency.getFormatPattern(Locale::kUSA, tLanguage, ePattern), tRow.pExpected)
+                << "row at line " << tRow.nLine;
+        EXPECT_EQ(tCurrency.getMsoStyle(Locale::kUSA, tLanguage),
+                  L"mso-number-format:'" + String(tRow.pExpected) + L"';")
+            << "row at line " << tRow.nLine;
+    }
+}
+
+TEST(CurrencyFormatDefinition, TakesScaleAndOverridingTagIntoItsExcelPattern)
+{
+    Currency tCurrency(L"nope", kMinus, false, 0, 0);
+    tCurrency.setScale(-3);
+    Locale tLocale;
+    tLocale.setOverridingCurrencyTag(L"int:JPY");
+    EXPECT_EQ(tCurrency.getFormatPattern(tLocale, KTWUILanguage(L"he"), Currency::kFormatPatternNormal),
+              L"[$JPY] #0[scale-decimal:-3];-[$JPY] #0[scale-decimal:-3]");
+}
+
 TEST(CurrencyFormatDefinition, HasNoExcelPatternForAnUnknownCurrency)
 {
+    const CollectedLog tLog;
     const Currency tCurrency(L"no such tag", kRedParens, true, 2, 2);
     const KTWUILanguage& tLanguage = KTWUILanguage::kDefaultLanguage;
     EXPECT_EQ(tCurrency.getFormatPattern(Locale::kUSA, tLanguage, Currency::kFormatPatternNormal), L"");
@@ -351,6 +398,8 @@ TEST(CurrencyFormatDefinition, HasNoExcelPatternForAnUnknownCurrency)
     EXPECT_FALSE(tCurrency.msoFormat(tBuffer, Locale::kUSA, tLanguage));
     EXPECT_TRUE(tCurrency.msoNegativeFormat(tBuffer, Locale::kUSA, tLanguage));
     EXPECT_TRUE(tBuffer.empty());
+    ASSERT_EQ(tLog.count(), 3u);
+    EXPECT_EQ(tLog.all()[0].sText, L"Unknown Currency Tag no such tag");
 }
 
 constexpr char kConditionalXml[] =
