@@ -27,22 +27,16 @@ HEAD = """// Made from a page; changes belong there.
 
 namespace {{
 
-// What a page shows of a value is its text; wide and narrow ones read alike.
+// A value as a page shows it: texts without a look at the width of their characters.
 template <class T>
-bool shows(const T& tValue, const T& tExpected)
+const T& shown(const T& tValue)
 {{
-    return tValue == tExpected;
+    return tValue;
 }}
 
-inline bool shows(const std::wstring& sValue, const char* pExpected)
+inline std::string shown(const std::wstring& sValue)
 {{
-    const std::string sExpected(pExpected);
-    return sValue == std::wstring(sExpected.begin(), sExpected.end());
-}}
-
-inline bool shows(const std::string& sValue, const char* pExpected)
-{{
-    return sValue == pExpected;
+    return tov::toUtf8(sValue);
 }}
 
 }}  // namespace
@@ -64,7 +58,7 @@ def body_of(code, first_line, page):
         if match:
             text = "\n".join(part for _, part in statement[:-1]) + "\n" + line[: match.start()]
             lines.append(f'#line {statement[0][0]} "{page}"')
-            lines.append(f"EXPECT_TRUE(shows({text.strip()}, {match.group(1)}));")
+            lines.append(f"EXPECT_EQ(shown({text.strip()}), {match.group(1)});")
             statement = []
         elif re.search(r"[;{}]\s*$", line) or not line.strip():
             lines.append(f'#line {statement[0][0]} "{page}"')
@@ -76,7 +70,7 @@ def body_of(code, first_line, page):
 def main():
     page, output = Path(sys.argv[1]), Path(sys.argv[2])
     text = page.read_text(encoding="utf-8")
-    includes, tests = [], []
+    includes, tests = ['#include "webbedrock/utf8.h"'], []
     for block in BLOCK.finditer(text):
         code = block.group(1)
         includes += re.findall(r"^#include .*$", code, re.MULTILINE)
