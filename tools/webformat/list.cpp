@@ -3,6 +3,7 @@
 
 #include "commands.h"
 #include "corefacade/timezoneregistry.h"
+#include "intl/currencylookup.h"
 #include "intl/localetaglookup.h"
 #include "names.h"
 #include "outputfile.h"
@@ -12,6 +13,15 @@ namespace tov {
 
 namespace {
 
+std::vector<String> wideNamesOf(const std::string& sKind)
+{
+    if (sKind == "locales")
+        return LocaleTagLookup::allTags();
+    if (sKind == "currencies")
+        return CurrencyLookup::getInstance().currencyCodes();
+    return TimeZoneRegistry::getInstance().allIds();
+}
+
 std::vector<std::string> namesOf(const std::string& sKind)
 {
     if (sKind == "types")
@@ -19,8 +29,7 @@ std::vector<std::string> namesOf(const std::string& sKind)
     if (sKind == "outputs")
         return outputNames();
     std::vector<std::string> vNames;
-    for (const String& sName :
-         sKind == "locales" ? LocaleTagLookup::allTags() : TimeZoneRegistry::getInstance().allIds())
+    for (const String& sName : wideNamesOf(sKind))
         vNames.push_back(toUtf8(sName));
     return vNames;
 }
@@ -41,7 +50,7 @@ void addListCommand(CLI::App& tApp, CommandAction& tAction)
     const auto pKind = std::make_shared<std::string>();
     pCommand->add_option("KIND", *pKind, "Which names")
         ->required()
-        ->check(CLI::IsMember({"types", "locales", "time-zones", "outputs"}));
+        ->check(CLI::IsMember({"types", "locales", "currencies", "time-zones", "outputs"}));
     pCommand->callback([pKind, &tAction] { tAction = [pKind] { runList(*pKind); }; });
 }
 
