@@ -192,10 +192,8 @@ TEST(Batch, AnswersTheOtherRequests)
         {__LINE__, R"j({"do":"encode","text":"it's\u0000","output":"sqlliteral"})j", R"j({"text":"it''s"})j"},
         {__LINE__, R"j({"do":"encode","text":"a\u0000"})j", R"j({"text":"a\u0000"})j"},
         {__LINE__, R"j({"do":"encode","output":"html"})j", R"j({"error":"found no \"text\", expected a string"})j"},
-        {__LINE__, R"j({"do":"explain","kind":"text","pattern":"d"})j",
-         R"j({"error":"the kind \"text\" is not available"})j"},
         {__LINE__, R"j({"do":"explain","kind":"poem","pattern":"d"})j",
-         R"j({"error":"\"kind\": found \"poem\", expected numeric, date or duration"})j"},
+         R"j({"error":"\"kind\": found \"poem\", expected numeric, date, duration or text"})j"},
         {__LINE__, R"j({"do":"explain","kind":"numeric","pattern":""})j",
          R"j({"items":[],"flags":{"grouping":false,"currency":false,"percent":false,"power10":0,)j"
          R"j("minFractionDigits":0,"maxFractionDigits":0,"scale":"none","scaleIndicator":"",)j"

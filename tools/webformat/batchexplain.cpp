@@ -7,6 +7,7 @@
 #include "webformat/datepattern.h"
 #include "webformat/durationpattern.h"
 #include "webformat/numericpattern.h"
+#include "webformat/textformatterimpl.h"
 
 namespace tov {
 
@@ -108,6 +109,63 @@ void explainDuration(const BatchRequest& tRequest, JsonObject& tResponse)
     tResponse.addRaw("items", jsonArray(vItems));
 }
 
+template <class Number>
+void addNumberOrNull(JsonObject& tObject, const char* pKey, Number nNumber, bool bGiven)
+{
+    if (bGiven)
+        tObject.add(pKey, static_cast<unsigned long>(nNumber));
+    else
+        tObject.addNull(pKey);
+}
+
+std::string limitsOf(const SubTextFormatter::TruncateFormat& tLimits)
+{
+    JsonObject tObject;
+    tObject.add("chars", static_cast<unsigned long>(tLimits.nChars));
+    addNumberOrNull(tObject, "toolTip", tLimits.nToolTip,
+                    tLimits.nToolTip != SubTextFormatter::TruncateFormat::knNoToolTip);
+    return tObject.text();
+}
+
+std::string sizeOf(const SubTextFormatter::ImageFormat& tImage)
+{
+    JsonObject tObject;
+    addNumberOrNull(tObject, "width", tImage.width, tImage.width >= 0);
+    addNumberOrNull(tObject, "height", tImage.height, tImage.height >= 0);
+    return tObject.text();
+}
+
+JsonObject itemOf(const SubTextFormatter::Format& tFormat)
+{
+    JsonObject tItem;
+    if (tFormat.bLiteral)
+        return tItem.add("type", "kLiteral").add("text", tFormat.sText);
+    tItem.add("type", "kReference").add("textType", SubTextFormatter::typeName(tFormat.eTextType));
+    if (tFormat.truncateFormat.bTruncate)
+        tItem.addRaw("truncate", limitsOf(tFormat.truncateFormat));
+    if (tFormat.eTextType == SubTextFormatter::kImage)
+        tItem.addRaw("image", sizeOf(tFormat.imageFormat));
+    return tItem;
+}
+
+std::string itemsOf(const SubTextFormatter& tFormatter)
+{
+    std::vector<JsonObject> vItems;
+    for (const SubTextFormatter::Format& tFormat : tFormatter.formats())
+        vItems.push_back(itemOf(tFormat));
+    return jsonArray(vItems);
+}
+
+void explainText(const BatchRequest& tRequest, JsonObject& tResponse)
+{
+    // Texts are written alike in every locale.
+    tRequest.locale();
+    const WebTextFormatterImpl tFormatter(tRequest.requiredWideText("pattern"), tRequest.output());
+    const Handle<const SubTextFormatter>& hEmpty = tFormatter.emptyFormatter();
+    tResponse.addRaw("items", itemsOf(tFormatter.mainFormatter()))
+        .addRaw("empty", hEmpty.isNull() ? std::string("null") : itemsOf(*hEmpty));
+}
+
 }  // namespace
 
 void answerExplain(const BatchRequest& tRequest, JsonObject& tResponse)
@@ -120,9 +178,9 @@ void answerExplain(const BatchRequest& tRequest, JsonObject& tResponse)
     else if (sKind == "duration")
         explainDuration(tRequest, tResponse);
     else if (sKind == "text")
-        throw InputError("the kind \"text\" is not available");
+        explainText(tRequest, tResponse);
     else
-        throw InputError("\"kind\": found " + quotedForMessage(sKind) + ", expected numeric, date or duration");
+        throw InputError("\"kind\": found " + quotedForMessage(sKind) + ", expected numeric, date, duration or text");
 }
 
 }  // namespace tov

@@ -51,6 +51,7 @@ void runExplain(const ExplainOptions& tOptions)
     const KTWUILanguage tLanguage(wideArgument(tOptions.sLanguage, "--language"));
     const auto pExplain = tOptions.sKind == "date"       ? &explainDatePattern
                           : tOptions.sKind == "duration" ? &explainDurationPattern
+                          : tOptions.sKind == "text"     ? &explainTextPattern
                                                          : &explainNumericPattern;
     writeLines(pExplain(sPattern, tLocale, tLanguage));
 }
@@ -64,7 +65,7 @@ void addExplainCommand(CLI::App& tApp, CommandAction& tAction)
     const auto pOptions = std::make_shared<ExplainOptions>();
     pCommand->add_option("--kind", pOptions->sKind, "The pattern language")
         ->required()
-        ->check(CLI::IsMember({"numeric", "date", "duration"}));
+        ->check(CLI::IsMember({"numeric", "date", "duration", "text"}));
     pCommand->add_option("PATTERN", pOptions->sPattern, "The pattern")->required();
     pCommand->add_option("--locale", pOptions->sLocale, "Locale (see: webformat list locales)")->capture_default_str();
     pCommand->add_option("--language", pOptions->sLanguage, "Language of the user interface")->capture_default_str();

@@ -18,7 +18,8 @@ struct ExplanationLine
 };
 
 // Explain a pattern of each language for text output: a line for each item and one for the whole, in numeric patterns
-// one for each section.
+// one for each section. Text templates are explained for HTML, too, where they have a section for it, and their section
+// for null and empty values last.
 //
 // Example: explainNumericPattern(L"0.00", ...) -> {"0", "optional digits, integer place 2 upwards", "1234568"}, {"0",
 // "required digit, integer place 1", "1234568"}, {".", "decimal separator, where fraction digits follow", "1234568"},
@@ -34,5 +35,9 @@ std::vector<ExplanationLine> explainDatePattern(const String& sPattern, const Lo
 // Example: "hh:mm" -> {"hh", "hours", "26"}, {":", "the text \":\"", "26:"}, {"mm", "minutes ...", "26:03"}, ...
 std::vector<ExplanationLine> explainDurationPattern(const String& sPattern, const Locale& tLocale,
                                                     const KTWUILanguage& tLanguage);
+
+// Example: "a@" -> {"a", "the text \"a\"", "a"}, {"@", "the value", "aR&D <b>team 7</b>"}, {"a@", "in plain text", ...}
+std::vector<ExplanationLine> explainTextPattern(const String& sPattern, const Locale& tLocale,
+                                                const KTWUILanguage& tLanguage);
 
 }  // namespace tov
