@@ -1,6 +1,9 @@
 #include "webbedrock/utf8.h"
 
+#include <algorithm>
 #include <array>
+#include <cstdint>
+#include <cstring>
 
 namespace tov {
 
@@ -13,18 +16,15 @@ bool isScalarValue(char32_t nCode)
     return nCode < 0xD800 || (nCode > 0xDFFF && nCode <= 0x10FFFF);
 }
 
-void appendUtf8(std::string& sBytes, char32_t nCode)
+// Writes a scalar value above ASCII at `pTo` and returns the place behind it.
+char* writeSequence(char* pTo, char32_t nCode)
 {
-    if (nCode < 0x80)
-    {
-        sBytes.push_back(static_cast<char>(nCode));
-        return;
-    }
     const int nTail = nCode < 0x800 ? 1 : nCode < 0x10000 ? 2 : 3;
     constexpr std::array<unsigned char, 4> kLead = {0, 0xC0, 0xE0, 0xF0};
-    sBytes.push_back(static_cast<char>(kLead[nTail] | (nCode >> (6 * nTail))));
+    *pTo++ = static_cast<char>(kLead[nTail] | (nCode >> (6 * nTail)));
     for (int nShift = 6 * (nTail - 1); nShift >= 0; nShift -= 6)
-        sBytes.push_back(static_cast<char>(0x80 | ((nCode >> nShift) & 0x3F)));
+        *pTo++ = static_cast<char>(0x80 | ((nCode >> nShift) & 0x3F));
+    return pTo;
 }
 
 struct Lead
@@ -67,36 +67,108 @@ std::optional<wchar_t> readCode(std::string_view sBytes, std::size_t& nAt)
     return static_cast<wchar_t>(nCode);
 }
 
+// The first byte from `nAt` on that is not ASCII.
+std::size_t endOfAscii(std::string_view sBytes, std::size_t nAt)
+{
+    constexpr std::uint64_t knNotAscii = 0x8080808080808080;
+    for (std::uint64_t nEight = 0; sBytes.size() - nAt >= sizeof nEight; nAt += sizeof nEight)
+    {
+        std::memcpy(&nEight, sBytes.data() + nAt, sizeof nEight);
+        if (nEight & knNotAscii)
+            break;
+    }
+    while (nAt < sBytes.size() && static_cast<unsigned char>(sBytes[nAt]) < 0x80)
+        ++nAt;
+    return nAt;
+}
+
+// Hands runs of ASCII and other characters to two functions; the offset of the first bad sequence, or the end.
+template <class Run, class Character>
+std::size_t walk(std::string_view sBytes, const Run& tRun, const Character& tCharacter)
+{
+    for (std::size_t nAt = 0; nAt < sBytes.size();)
+    {
+        const std::size_t nEnd = endOfAscii(sBytes, nAt);
+        tRun(sBytes.substr(nAt, nEnd - nAt));
+        for (nAt = nEnd; nAt < sBytes.size() && static_cast<unsigned char>(sBytes[nAt]) >= 0x80;)
+        {
+            const std::optional<wchar_t> tCode = readCode(sBytes, nAt);
+            if (!tCode)
+                return nAt;
+            tCharacter(*tCode);
+        }
+    }
+    return sBytes.size();
+}
+
+bool isWhole(std::string_view sBytes, std::size_t nEnd, std::size_t* pnBad)
+{
+    if (nEnd != sBytes.size() && pnBad)
+        *pnBad = nEnd;
+    return nEnd == sBytes.size();
+}
+
 }  // namespace
+
+void appendUtf8(std::string& sBytes, std::wstring_view sText)
+{
+    constexpr std::size_t knPiece = 64;
+    std::array<char, knPiece * 4> aPiece;
+    while (!sText.empty())
+    {
+        const std::wstring_view sPiece = sText.substr(0, knPiece);
+        sText.remove_prefix(sPiece.size());
+        char* pEnd = aPiece.data();
+        for (const wchar_t nChar : sPiece)
+        {
+            const char32_t nCode = static_cast<char32_t>(nChar);
+            if (nCode < 0x80)
+                *pEnd++ = static_cast<char>(nCode);
+            else
+                pEnd = writeSequence(pEnd, isScalarValue(nCode) ? nCode : static_cast<char32_t>(kReplacement));
+        }
+        sBytes.append(aPiece.data(), static_cast<std::size_t>(pEnd - aPiece.data()));
+    }
+}
 
 std::string toUtf8(std::wstring_view sText)
 {
     std::string sBytes;
     sBytes.reserve(sText.size());
-    for (const wchar_t nChar : sText)
-    {
-        const char32_t nCode = static_cast<char32_t>(nChar);
-        appendUtf8(sBytes, isScalarValue(nCode) ? nCode : static_cast<char32_t>(kReplacement));
-    }
+    appendUtf8(sBytes, sText);
     return sBytes;
+}
+
+bool isUtf8(std::string_view sBytes, std::size_t* pnBad)
+{
+    return isWhole(sBytes,
+                   walk(
+                       sBytes, [](std::string_view) {}, [](wchar_t) {}),
+                   pnBad);
+}
+
+bool appendFromUtf8(String& sText, std::string_view sBytes, std::size_t* pnBad)
+{
+    const std::size_t nBefore = sText.size();
+    // There are never more characters than bytes.
+    sText.resize(nBefore + sBytes.size());
+    wchar_t* pTo = sText.data() + nBefore;
+    const auto appendRun = [&pTo](std::string_view sRun)
+    {
+        pTo = std::transform(sRun.begin(), sRun.end(), pTo,
+                             [](char nByte) { return static_cast<wchar_t>(static_cast<unsigned char>(nByte)); });
+    };
+    const std::size_t nEnd = walk(sBytes, appendRun, [&pTo](wchar_t nCharacter) { *pTo++ = nCharacter; });
+    const bool bWhole = isWhole(sBytes, nEnd, pnBad);
+    sText.resize(bWhole ? static_cast<std::size_t>(pTo - sText.data()) : nBefore);
+    return bWhole;
 }
 
 std::optional<String> fromUtf8(std::string_view sBytes, std::size_t* pnBad)
 {
     String sText;
-    sText.reserve(sBytes.size());
-    for (std::size_t nAt = 0; nAt < sBytes.size();)
-    {
-        const std::size_t nStart = nAt;
-        const std::optional<wchar_t> tCode = readCode(sBytes, nAt);
-        if (!tCode)
-        {
-            if (pnBad)
-                *pnBad = nStart;
-            return std::nullopt;
-        }
-        sText.push_back(*tCode);
-    }
+    if (!appendFromUtf8(sText, sBytes, pnBad))
+        return std::nullopt;
     return sText;
 }
 

@@ -8,22 +8,36 @@ namespace tov {
 
 namespace {
 
-// The records as "line:column cell | ..." lines, or the message.
-std::string read(const std::string& sBytes)
+// The records of one chunk as "line:column=cell|" and "/" behind each.
+std::string readRecords(DataChunk& tChunk)
+{
+    const std::string sName = "t.csv";
+    CsvRecords tRecords(tChunk, sName);
+    std::string sResult;
+    for (std::size_t nCells; (nCells = tRecords.next()) != 0; sResult += "/")
+    {
+        tChunk.startRows(nCells);
+        for (std::size_t nCell = 0; nCell < nCells; ++nCell)
+        {
+            const DataCell tCell = tChunk.cell(0, nCell);
+            sResult += placeInCsv("", tChunk, tChunk.entry(0, nCell).nPlace).text().substr(1) + "=" +
+                       (tCell.eKind == DataCell::kNull ? "null" : std::string(tCell.sText)) + "|";
+        }
+        tChunk.vEntries.clear();
+    }
+    return sResult;
+}
+
+// The records of all chunks, or the message.
+std::string read(const std::string& sBytes, std::size_t nChunkBytes = CsvReader::knChunkBytes)
 {
     std::istringstream tInput(sBytes);
     std::string sResult;
     try
     {
-        CsvReader tReader(tInput, "t.csv");
-        DataRow vCells;
-        while (tReader.readRecord(vCells))
-        {
-            for (const DataCell& tCell : vCells)
-                sResult += std::to_string(tCell.nLine) + ":" + std::to_string(tCell.nColumn) + "=" +
-                           (tCell.eKind == DataCell::kNull ? "null" : tCell.sText) + "|";
-            sResult += "/";
-        }
+        CsvReader tReader(tInput, "t.csv", nChunkBytes);
+        for (DataChunk tChunk; tReader.read(tChunk);)
+            sResult += readRecords(tChunk);
     }
     catch (const InputError& tError)
     {
@@ -69,7 +83,13 @@ TEST(CsvReader, ReadsCellsWithTheirPlaces)
         {__LINE__, " a , b ", "1:1= a |1:5= b |/"},
     };
     for (const Row& tRow : aRows)
+    {
         EXPECT_EQ(read(tRow.sInput), tRow.sExpected) << "row at line " << tRow.nLine;
+        // Wherever the file is cut into chunks.
+        for (std::size_t nChunkBytes = 1; nChunkBytes < 12; ++nChunkBytes)
+            EXPECT_EQ(read(tRow.sInput, nChunkBytes), tRow.sExpected)
+                << "row at line " << tRow.nLine << ", chunks of " << nChunkBytes;
+    }
 }
 
 TEST(CsvReader, NamesThePlaceOfWhatIsWrong)
@@ -86,10 +106,21 @@ TEST(CsvReader, NamesThePlaceOfWhatIsWrong)
         {__LINE__, "a,\xC0\x80", "t.csv:1:3: found bytes that are not UTF-8"},
         {__LINE__, "a,\xED\xA0\x80", "t.csv:1:3: found bytes that are not UTF-8"},
         {__LINE__, "\"a\nb\xC3\nc\"", "t.csv:2: found bytes that are not UTF-8"},
+        // Only the first mistake counts, whatever it makes of the quotes behind it.
+        {__LINE__, "a\nb\"c\n\"d\ne\"f\"\ng\n",
+         "t.csv:2:2: found a quotation mark inside a cell, expected a cell that holds one to be quoted"},
+        {__LINE__, "\"a\"\n\"b\"c\"\nd\n\"e\"\n",
+         "t.csv:2:4: found \"c\"\", expected a comma or the end of the line behind a closing quotation mark"},
         {__LINE__, std::string("a,b\0c", 5), "t.csv:1:3: found the character U+0000, expected text"},
     };
     for (const Row& tRow : aRows)
+    {
         EXPECT_EQ(read(tRow.sInput), tRow.sExpected) << "row at line " << tRow.nLine;
+        // Wherever the file is cut into chunks.
+        for (std::size_t nChunkBytes = 1; nChunkBytes < 12; ++nChunkBytes)
+            EXPECT_EQ(read(tRow.sInput, nChunkBytes), tRow.sExpected)
+                << "row at line " << tRow.nLine << ", chunks of " << nChunkBytes;
+    }
 }
 
 TEST(CsvReader, RefusesRecordsOfTooManyCells)
@@ -97,6 +128,28 @@ TEST(CsvReader, RefusesRecordsOfTooManyCells)
     EXPECT_EQ(read(std::string(16384, ',')),
               "t.csv:1:16385: found more than 16,384 cells in a record, expected the end of the line");
     EXPECT_EQ(read(std::string(16383, ',')).find("t.csv"), std::string::npos);
+}
+
+TEST(CsvReader, RefusesCellsAndRecordsOfTooManyBytes)
+{
+    EXPECT_EQ(read("a," + std::string((std::size_t(64) << 20) + 1, 'x')),
+              "t.csv:1:3: found a cell of more than 64 MiB");
+    // What the reader hands over when it has found no end of a record for that long.
+    for (const char* pRecord : {"a,b", "a,\"b"})
+    {
+        DataChunk tChunk;
+        tChunk.sBytes = pRecord;
+        tChunk.bWhole = false;
+        try
+        {
+            readRecords(tChunk);
+            ADD_FAILURE() << pRecord;
+        }
+        catch (const InputError& tError)
+        {
+            EXPECT_NE(std::string(tError.what()).find("found a record of more than 128 MiB"), std::string::npos);
+        }
+    }
 }
 
 TEST(CsvReader, ReadsCellsThatAreLongerThanItsBuffer)

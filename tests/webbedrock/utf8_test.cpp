@@ -120,6 +120,30 @@ TEST(Utf8, RefusesWhatIsNotWellFormedAndSaysWhere)
     }
 }
 
+TEST(Utf8, AppendsBehindWhatIsThereAndLeavesItWhereTheBytesAreBad)
+{
+    // Longer than any piece that is converted at once; a sequence at every offset from a run of ASCII.
+    for (std::size_t nRun = 0; nRun < 150; ++nRun)
+    {
+        const String sText = String(nRun, L'x') + L"\u00E9\u20AC" + String(nRun % 9, L'y') + L"\U0001F600";
+        const std::string sBytes = std::string(nRun, 'x') + "\xC3\xA9\xE2\x82\xAC" + std::string(nRun % 9, 'y') +
+                                   "\xF0\x9F\x98\x80";
+        std::string sTarget = "<";
+        appendUtf8(sTarget, sText);
+        ASSERT_EQ(sTarget, "<" + sBytes);
+        ASSERT_TRUE(isUtf8(sBytes));
+        String sWide = L"<";
+        ASSERT_TRUE(appendFromUtf8(sWide, sBytes));
+        ASSERT_EQ(sWide, L"<" + sText);
+        std::size_t nBad = kNone;
+        ASSERT_FALSE(appendFromUtf8(sWide, sBytes + "\xFFz", &nBad));
+        ASSERT_EQ(sWide, L"<" + sText);
+        ASSERT_EQ(nBad, sBytes.size());
+        ASSERT_FALSE(isUtf8(sBytes + "\xFFz", &nBad));
+        ASSERT_EQ(nBad, sBytes.size());
+    }
+}
+
 TEST(Utf8, TakesTheEdgesOfWhatIsWellFormed)
 {
     struct Row

@@ -6,6 +6,7 @@
 
 #include "inputerror.h"
 #include "jsonvalues.h"
+#include "webbedrock/utf8.h"
 
 namespace tov {
 
@@ -44,30 +45,47 @@ TypedValue fromReal(const SQLDataType& tType, double fValue)
     return valueFromText(tType, textOf(fValue));
 }
 
+TypedValue fromInteger(const SQLDataType& tType, std::int64_t nValue)
+{
+    return valueFromText(tType, std::to_string(nValue));
+}
+
+void readText(const SQLDataType& tType, std::string_view sText, TypedValue& tValue)
+{
+    if (tType.storageType() != SQLDataType::kStorageWChar)
+        tValue = valueFromText(tType, sText);
+    else
+        appendFromUtf8(tValue.makeText(), sText);
+}
+
 }  // namespace
 
-TypedValue valueOfCell(const SQLDataType& tType, const DataCell& tCell)
+void readCellValue(const SQLDataType& tType, const DataCell& tCell, TypedValue& tValue)
 {
     const bool bNumberFits = tType.category() == SQLDataType::kCatNumber || tType.category() == SQLDataType::kCatText;
     const bool bBinary = tType.category() == SQLDataType::kCatBinary;
     switch (tCell.eKind)
     {
-    case DataCell::kText: return valueFromText(tType, tCell.sText);
+    case DataCell::kText: readText(tType, tCell.sText, tValue); break;
     case DataCell::kInteger:
-        if (bNumberFits)
-            return valueFromText(tType, std::to_string(tCell.nInteger));
-        throw InputError("found the integer " + std::to_string(tCell.nInteger) + ", expected " + expectedValue(tType));
+        if (!bNumberFits)
+            throw InputError("found the integer " + std::to_string(tCell.nInteger) + ", expected " +
+                             expectedValue(tType));
+        tValue = fromInteger(tType, tCell.nInteger);
+        break;
     case DataCell::kReal:
-        if (bNumberFits)
-            return fromReal(tType, tCell.fReal);
-        throw InputError("found the real " + textOf(tCell.fReal) + ", expected " + expectedValue(tType));
+        if (!bNumberFits)
+            throw InputError("found the real " + textOf(tCell.fReal) + ", expected " + expectedValue(tType));
+        tValue = fromReal(tType, tCell.fReal);
+        break;
     case DataCell::kBytes:
-        if (bBinary)
-            return TypedValue::ofBytes(tCell.sText);
-        throw InputError("found " + std::to_string(tCell.sText.size()) + " bytes, expected " + expectedValue(tType));
-    case DataCell::kNull: break;
+        if (!bBinary)
+            throw InputError("found " + std::to_string(tCell.sText.size()) + " bytes, expected " +
+                             expectedValue(tType));
+        tValue = TypedValue::ofBytes(std::string(tCell.sText));
+        break;
+    case DataCell::kNull: tValue.setNull(); break;
     }
-    return TypedValue();
 }
 
 }  // namespace tov

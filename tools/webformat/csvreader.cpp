@@ -1,6 +1,8 @@
 #include "csvreader.h"
 
 #include <algorithm>
+#include <array>
+#include <cstring>
 #include <utility>
 
 #include "webbedrock/utf8.h"
@@ -9,174 +11,261 @@ namespace tov {
 
 namespace {
 
-constexpr int knEnd = -1;
-constexpr std::size_t knBufferBytes = 1 << 16;
 constexpr std::size_t knLongestCell = std::size_t(64) << 20;
+constexpr std::size_t knLongestRecord = std::size_t(128) << 20;
 constexpr std::size_t knMostCells = 16384;
+constexpr const char* kpLongCell = "found a cell of more than 64 MiB";
+constexpr const char* kpLongRecord = "found a record of more than 128 MiB";
 
-bool isContinuation(int nByte)
+bool isContinuation(char nByte)
 {
-    return nByte >= 0x80 && nByte < 0xC0;
+    return (static_cast<unsigned char>(nByte) & 0xC0) == 0x80;
+}
+
+// What may end a bare cell, or must not stand in it.
+constexpr std::array<bool, 256> kaSpecial = []
+{
+    std::array<bool, 256> aSpecial{};
+    for (const char nByte : {',', '"', '\r', '\n'})
+        aSpecial[static_cast<unsigned char>(nByte)] = true;
+    return aSpecial;
+}();
+
+bool isSpecial(char nByte)
+{
+    return kaSpecial[static_cast<unsigned char>(nByte)];
+}
+
+std::size_t countOf(std::string_view sBytes, char nByte)
+{
+    std::size_t nCount = 0;
+    for (std::size_t nAt = sBytes.find(nByte); nAt != std::string_view::npos; nAt = sBytes.find(nByte, nAt + 1))
+        ++nCount;
+    return nCount;
+}
+
+// Behind the last line end in front of which the quotes are even in number; 0 where there is none.
+std::size_t endOfLastRecord(std::string_view sBytes)
+{
+    bool bInside = countOf(sBytes, '"') % 2 != 0;
+    while (const void* pFound = memrchr(sBytes.data(), '\n', sBytes.size()))
+    {
+        const std::size_t nAt = static_cast<std::size_t>(static_cast<const char*>(pFound) - sBytes.data());
+        if (countOf(sBytes.substr(nAt), '"') % 2 != 0)
+            bInside = !bInside;
+        if (!bInside)
+            return nAt + 1;
+        sBytes.remove_suffix(sBytes.size() - nAt);
+    }
+    return 0;
 }
 
 }  // namespace
 
-CsvReader::CsvReader(std::istream& tInput, std::string sName)
-    : m_tInput(tInput), m_sName(std::move(sName)), m_vBuffer(knBufferBytes)
+CsvReader::CsvReader(std::istream& tInput, std::string sName, std::size_t nChunkBytes)
+    : m_tInput(tInput), m_sName(std::move(sName)), m_nChunkBytes(nChunkBytes)
 {
     skipByteOrderMark();
 }
 
-void CsvReader::fill()
-{
-    m_tInput.read(m_vBuffer.data(), static_cast<std::streamsize>(m_vBuffer.size()));
-    m_nFilled = static_cast<std::size_t>(m_tInput.gcount());
-    m_nNext = 0;
-    if (m_tInput.bad())
-        throw InputError(here(), "the file cannot be read");
-}
-
-int CsvReader::peek()
-{
-    if (m_nNext == m_nFilled)
-        fill();
-    return m_nNext == m_nFilled ? knEnd : static_cast<unsigned char>(m_vBuffer[m_nNext]);
-}
-
-int CsvReader::take()
-{
-    const int nByte = peek();
-    if (nByte == knEnd)
-        return knEnd;
-    ++m_nNext;
-    ++m_nBytesRead;
-    if (nByte == '\n')
-    {
-        ++m_nLine;
-        m_nColumn = 1;
-    }
-    else if (!isContinuation(nByte))
-    {
-        ++m_nColumn;
-    }
-    return nByte;
-}
-
 void CsvReader::skipByteOrderMark()
 {
-    fill();
-    if (m_nFilled >= 3 && std::equal(m_vBuffer.begin(), m_vBuffer.begin() + 3, "\xEF\xBB\xBF"))
-    {
-        m_nNext = 3;
-        m_nBytesRead = 3;
-    }
+    constexpr std::string_view ksMark = "\xEF\xBB\xBF";
+    fill(m_sRest, ksMark.size());
+    if (m_sRest == ksMark)
+        m_sRest.clear();
 }
 
-bool CsvReader::readRecord(DataRow& vCells)
+// Makes the bytes `nWanted`, or fewer at the end of the file.
+void CsvReader::fill(std::string& sBytes, std::size_t nWanted)
 {
-    m_nRecordLine = m_nLine;
-    if (peek() == knEnd)
-        return false;
-    std::size_t nCells = 0;
-    do
+    const std::size_t nBefore = sBytes.size();
+    if (m_bEnd || nBefore >= nWanted)
+        return;
+    sBytes.resize(nWanted);
+    m_tInput.read(sBytes.data() + nBefore, static_cast<std::streamsize>(nWanted - nBefore));
+    const std::size_t nRead = static_cast<std::size_t>(m_tInput.gcount());
+    if (m_tInput.bad())
+        throw InputError({m_sName}, "the file cannot be read");
+    sBytes.resize(nBefore + nRead);
+    m_nBytesRead += nRead;
+    m_bEnd = sBytes.size() < nWanted;
+}
+
+bool CsvReader::read(DataChunk& tChunk)
+{
+    tChunk.clear();
+    tChunk.nFirst = m_nLine;
+    std::string& sBytes = tChunk.sBytes;
+    sBytes.swap(m_sRest);
+    std::size_t nEnd = 0;
+    for (std::size_t nWanted = m_nChunkBytes; nEnd == 0; nWanted = sBytes.size() * 2)
     {
-        if (nCells == knMostCells)
-            throw InputError(here(), "found more than 16,384 cells in a record, expected the end of the line");
-        if (nCells == vCells.size())
-            vCells.emplace_back();
-        readCell(vCells[nCells++]);
-    } while (!endOfRecord());
-    vCells.resize(nCells);
+        fill(sBytes, nWanted);
+        tChunk.bWhole = m_bEnd || sBytes.size() <= knLongestRecord;
+        nEnd = m_bEnd || !tChunk.bWhole ? sBytes.size() : endOfLastRecord(sBytes);
+        if (sBytes.empty())
+            return false;
+    }
+    m_sRest.assign(sBytes, nEnd);
+    sBytes.resize(nEnd);
+    m_nLine += countOf(sBytes, '\n');
     return true;
 }
 
-// Steps over the comma or the line end behind a cell.
-bool CsvReader::endOfRecord()
+void CsvReader::putBack(const DataChunk& tChunk, std::size_t nFrom)
 {
-    const InputPlace tPlace = here();
-    const int nByte = take();
-    if (nByte == '\r' && peek() != '\n')
-        throw InputError(tPlace, "found a carriage return, expected it only in front of a line feed");
-    if (nByte == '\r')
-        take();
-    return nByte != ',';
+    const std::string_view sBytes = std::string_view(tChunk.sBytes).substr(nFrom);
+    m_nLine -= countOf(sBytes, '\n');
+    m_sRest.insert(0, sBytes);
 }
 
-void CsvReader::readCell(DataCell& tCell)
+CsvRecords::CsvRecords(DataChunk& tChunk, const std::string& sName)
+    : m_tChunk(tChunk),
+      m_sName(sName),
+      m_nEnd(tChunk.sBytes.size()),
+      m_bClean(tChunk.sBytes.find('\0') == std::string::npos && isUtf8(tChunk.sBytes))
 {
-    tCell.sText.clear();
-    tCell.nLine = m_nLine;
-    tCell.nColumn = m_nColumn;
-    if (peek() == '"')
-        readQuoted(tCell);
-    else
-        readBare(tCell);
-    tCell.eKind = tCell.sText.empty() ? DataCell::kNull : DataCell::kText;
-    check(tCell);
 }
 
-void CsvReader::readBare(DataCell& tCell)
+std::size_t CsvRecords::next()
 {
-    for (int nByte = peek(); nByte != knEnd && nByte != ',' && nByte != '\r' && nByte != '\n'; nByte = peek())
+    if (atEnd())
+        return 0;
+    std::size_t nCells = 0;
+    do
     {
-        if (nByte == '"')
-            throw InputError(here(),
-                             "found a quotation mark inside a cell, expected a cell that holds one to be quoted");
-        appendTo(tCell, take());
-    }
+        if (nCells++ == knMostCells)
+            fail(m_nAt, "found more than 16,384 cells in a record, expected the end of the line");
+        readCell();
+    } while (!endOfRecord());
+    return nCells;
 }
 
-void CsvReader::readQuoted(DataCell& tCell)
+// Steps over the comma or the line end behind a cell.
+bool CsvRecords::endOfRecord()
 {
-    take();
+    if (atEnd())
+    {
+        if (!m_tChunk.bWhole)
+            fail(m_nAt, kpLongRecord);
+        return true;
+    }
+    const char nByte = m_tChunk.sBytes[m_nAt++];
+    if (nByte != '\r')
+        return nByte != ',';
+    if (atEnd() || peek() != '\n')
+        fail(m_nAt - 1, "found a carriage return, expected it only in front of a line feed");
+    ++m_nAt;
+    return true;
+}
+
+void CsvRecords::readCell()
+{
+    if (!atEnd() && peek() == '"')
+        readQuoted();
+    else
+        readBare();
+}
+
+void CsvRecords::readBare()
+{
+    const std::size_t nStart = m_nAt;
+    const char* pBytes = m_tChunk.sBytes.data();
+    std::size_t nAt = m_nAt;
+    while (nAt != m_nEnd && !isSpecial(pBytes[nAt]))
+        ++nAt;
+    m_nAt = nAt;
+    if (!atEnd() && peek() == '"')
+        fail(m_nAt, "found a quotation mark inside a cell, expected a cell that holds one to be quoted");
+    addCell(nStart, nStart, m_nAt - nStart);
+}
+
+// Text without doubled quotes stays where it is; other text is copied behind the records.
+void CsvRecords::readQuoted()
+{
+    std::string& sBytes = m_tChunk.sBytes;
+    const std::size_t nPlace = m_nAt++;
+    std::size_t nRun = m_nAt;
+    std::size_t nStart = m_nAt;
+    bool bCopied = false;
     for (;;)
     {
-        const int nByte = take();
-        if (nByte == knEnd)
-            throw InputError({m_sName, tCell.nLine, tCell.nColumn},
-                             "found the end of the file, expected the quotation mark that closes this cell");
-        if (nByte == '"' && peek() != '"')
+        const std::size_t nQuote = sBytes.find('"', m_nAt);
+        if (nQuote >= m_nEnd)
+            failAtEnd(nPlace);
+        m_nAt = nQuote + 1;
+        const bool bDoubled = !atEnd() && peek() == '"';
+        if (bDoubled && !bCopied)
+            nStart = sBytes.size();
+        if (bDoubled || bCopied)
+            sBytes.append(sBytes, nRun, nQuote + (bDoubled ? 1 : 0) - nRun);
+        bCopied = bCopied || bDoubled;
+        if (!bDoubled)
             break;
-        if (nByte == '"')
-            take();
-        appendTo(tCell, nByte);
+        nRun = ++m_nAt;
     }
-    const int nNext = peek();
-    if (nNext != knEnd && nNext != ',' && nNext != '\r' && nNext != '\n')
-        throw InputError(here(), "found " + found() + ", expected a comma or the end of the line behind a closing " +
-                                     "quotation mark");
+    if (!atEnd() && !isSpecial(peek()))
+        fail(m_nAt, "found " + found() + ", expected a comma or the end of the line behind a closing quotation mark");
+    addCell(nPlace, nStart, bCopied ? sBytes.size() - nStart : m_nAt - 1 - nStart);
 }
 
-// What stands next, for a message: up to the next comma or line end.
-std::string CsvReader::found()
+void CsvRecords::failAtEnd(std::size_t nPlace) const
 {
-    constexpr std::size_t knShown = 20;
-    const char* pStart = m_vBuffer.data() + m_nNext;
-    const char* pLast = pStart + std::min(knShown, m_nFilled - m_nNext);
-    const char* pEnd = std::find_if(pStart, pLast, [](char n) { return n == ',' || n == '\r' || n == '\n'; });
-    while (pEnd != m_vBuffer.data() + m_nFilled && isContinuation(static_cast<unsigned char>(*pEnd)))
-        ++pEnd;
-    return quotedForMessage(std::string_view(pStart, static_cast<std::size_t>(pEnd - pStart)));
+    if (m_tChunk.bWhole)
+        fail(nPlace, "found the end of the file, expected the quotation mark that closes this cell");
+    fail(nPlace, m_nEnd - nPlace > knLongestCell ? kpLongCell : kpLongRecord);
 }
 
-void CsvReader::appendTo(DataCell& tCell, int nByte)
+void CsvRecords::addCell(std::size_t nPlace, std::size_t nStart, std::size_t nLength)
 {
-    if (tCell.sText.size() == knLongestCell)
-        throw InputError({m_sName, tCell.nLine, tCell.nColumn}, "found a cell of more than 64 MiB");
-    tCell.sText += static_cast<char>(nByte);
+    if (nLength > knLongestCell)
+        fail(nPlace, kpLongCell);
+    const DataCell::Kind eKind = nLength == 0 ? DataCell::kNull : DataCell::kText;
+    m_tChunk.vEntries.push_back({eKind, static_cast<std::uint32_t>(nPlace), nStart, nLength});
+    if (!m_bClean)
+        check(m_tChunk.vEntries.back());
 }
 
 // The line of the faulty byte, which need not be the one on which its cell starts.
-void CsvReader::check(const DataCell& tCell) const
+void CsvRecords::check(const DataChunk::Entry& tEntry) const
 {
-    std::size_t nBad = tCell.sText.find('\0');
-    const bool bNull = nBad != std::string::npos;
-    if (!bNull && fromUtf8(tCell.sText, &nBad))
+    const std::string_view sText = std::string_view(m_tChunk.sBytes).substr(tEntry.nStart, tEntry.nLength);
+    std::size_t nBad = sText.find('\0');
+    const bool bNull = nBad != std::string_view::npos;
+    if (!bNull && isUtf8(sText, &nBad))
         return;
-    const auto tBad = tCell.sText.begin() + static_cast<std::ptrdiff_t>(nBad);
-    const auto nLines = std::count(tCell.sText.begin(), tBad, '\n');
-    const InputPlace tPlace{m_sName, tCell.nLine + static_cast<std::size_t>(nLines), nLines ? 0 : tCell.nColumn};
+    const auto nLines = std::count(sText.begin(), sText.begin() + static_cast<std::ptrdiff_t>(nBad), '\n');
+    InputPlace tPlace = placeInCsv(m_sName, m_tChunk, tEntry.nPlace);
+    tPlace.nLine += static_cast<std::size_t>(nLines);
+    tPlace.nColumn = nLines ? 0 : tPlace.nColumn;
     throw InputError(tPlace, bNull ? "found the character U+0000, expected text" : "found bytes that are not UTF-8");
+}
+
+// What stands next, for a message: up to the next comma or line end.
+std::string CsvRecords::found() const
+{
+    constexpr std::size_t knShown = 20;
+    const std::string_view sRest = std::string_view(m_tChunk.sBytes).substr(m_nAt, m_nEnd - m_nAt);
+    std::size_t nLength = std::min(sRest.substr(0, knShown).find_first_of(",\r\n"), std::min(knShown, sRest.size()));
+    while (nLength < sRest.size() && isContinuation(sRest[nLength]))
+        ++nLength;
+    return quotedForMessage(sRest.substr(0, nLength));
+}
+
+void CsvRecords::fail(std::size_t nPlace, const std::string& sMessage) const
+{
+    throw InputError(placeInCsv(m_sName, m_tChunk, nPlace), sMessage);
+}
+
+InputPlace placeInCsv(const std::string& sName, const DataChunk& tChunk, std::size_t nOffset)
+{
+    const std::string_view sBefore = std::string_view(tChunk.sBytes).substr(0, nOffset);
+    const auto nLines = std::count(sBefore.begin(), sBefore.end(), '\n');
+    const std::string_view sLine = sBefore.substr(sBefore.rfind('\n') + 1);
+    const auto nBehind = std::count_if(sLine.begin(), sLine.end(), &isContinuation);
+    return {sName, static_cast<std::size_t>(tChunk.nFirst) + static_cast<std::size_t>(nLines),
+            sLine.size() - static_cast<std::size_t>(nBehind) + 1};
 }
 
 }  // namespace tov

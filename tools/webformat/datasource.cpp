@@ -1,6 +1,7 @@
 #include "datasource.h"
 
 #include <algorithm>
+#include <bit>
 #include <filesystem>
 #include <fstream>
 #include <utility>
@@ -20,13 +21,16 @@ public:
     explicit CsvFile(const std::string& sPath);
 
     const std::vector<std::string>& columnNames() const override { return m_vNames; }
-    bool nextRow(DataRow& vRow) override;
+    bool read(DataChunk& tChunk) override { return m_pReader->read(tChunk); }
+    void parse(DataChunk& tChunk) const override;
     void rewind() override;
-    std::string placeOf(const DataCell& tCell) const override;
+    std::string placeOf(const DataChunk& tChunk, std::size_t nRow, std::size_t nColumn) const override;
     double progress() const override;
 
 private:
     void readNames();
+    void addName(const DataChunk& tChunk, std::size_t nColumn);
+    void readRows(DataChunk& tChunk) const;
 
     std::string m_sPath;
     std::ifstream m_tFile;
@@ -60,34 +64,62 @@ void CsvFile::rewind()
 
 void CsvFile::readNames()
 {
-    DataRow vHeader;
-    if (!m_pReader->readRecord(vHeader))
+    DataChunk tChunk;
+    if (!m_pReader->read(tChunk))
         throw InputError({m_sPath, 1, 1}, "found an empty file, expected the names of the columns in the first line");
+    CsvRecords tRecords(tChunk, m_sPath);
+    const std::size_t nRead = tChunk.sBytes.size();
+    const std::size_t nNames = tRecords.next();
     m_vNames.clear();
-    for (const DataCell& tCell : vHeader)
+    tChunk.startRows(nNames);
+    for (std::size_t nColumn = 0; nColumn < nNames; ++nColumn)
+        addName(tChunk, nColumn);
+    // Unquoted names stand behind what was read.
+    tChunk.sBytes.resize(nRead);
+    m_pReader->putBack(tChunk, tRecords.offset());
+}
+
+void CsvFile::addName(const DataChunk& tChunk, std::size_t nColumn)
+{
+    const std::string sName(tChunk.cell(0, nColumn).sText);
+    if (std::find(m_vNames.begin(), m_vNames.end(), sName) != m_vNames.end())
+        throw InputError(
+            placeInCsv(m_sPath, tChunk, tChunk.entry(0, nColumn).nPlace),
+            "found the column name " + quotedForMessage(sName) + " a second time, expected different names");
+    m_vNames.push_back(sName);
+}
+
+void CsvFile::parse(DataChunk& tChunk) const
+{
+    tChunk.startRows(m_vNames.size());
+    try
     {
-        if (std::find(m_vNames.begin(), m_vNames.end(), tCell.sText) != m_vNames.end())
-            throw InputError(
-                {m_sPath, tCell.nLine, tCell.nColumn},
-                "found the column name " + quotedForMessage(tCell.sText) + " a second time, expected different names");
-        m_vNames.push_back(tCell.sText);
+        readRows(tChunk);
+    }
+    catch (const InputError&)
+    {
+        tChunk.pError = std::current_exception();
     }
 }
 
-bool CsvFile::nextRow(DataRow& vRow)
+void CsvFile::readRows(DataChunk& tChunk) const
 {
-    if (!m_pReader->readRecord(vRow))
-        return false;
-    if (vRow.size() != m_vNames.size())
-        throw InputError(
-            {m_sPath, m_pReader->recordLine(), 1},
-            "found " + std::to_string(vRow.size()) + " cells, expected " + std::to_string(m_vNames.size()));
-    return true;
+    CsvRecords tRecords(tChunk, m_sPath);
+    for (std::size_t nStart = 0;; nStart = tRecords.offset())
+    {
+        const std::size_t nCells = tRecords.next();
+        if (nCells == 0)
+            return;
+        if (nCells != m_vNames.size())
+            throw InputError({m_sPath, placeInCsv(m_sPath, tChunk, nStart).nLine, 1},
+                             "found " + std::to_string(nCells) + " cells, expected " + std::to_string(m_vNames.size()));
+        tChunk.endRow();
+    }
 }
 
-std::string CsvFile::placeOf(const DataCell& tCell) const
+std::string CsvFile::placeOf(const DataChunk& tChunk, std::size_t nRow, std::size_t nColumn) const
 {
-    return InputPlace{m_sPath, tCell.nLine, tCell.nColumn}.text();
+    return placeInCsv(m_sPath, tChunk, tChunk.entry(nRow, nColumn).nPlace).text();
 }
 
 double CsvFile::progress() const
@@ -96,6 +128,48 @@ double CsvFile::progress() const
 }
 
 }  // namespace
+
+DataCell DataChunk::cell(std::size_t nRow, std::size_t nColumn) const
+{
+    const Entry& tEntry = entry(nRow, nColumn);
+    DataCell tCell;
+    tCell.eKind = tEntry.eKind;
+    if (tEntry.eKind == DataCell::kInteger)
+        tCell.nInteger = static_cast<std::int64_t>(tEntry.nStart);
+    else if (tEntry.eKind == DataCell::kReal)
+        tCell.fReal = std::bit_cast<double>(tEntry.nStart);
+    else
+        tCell.sText = std::string_view(sBytes.data() + tEntry.nStart, tEntry.nLength);
+    return tCell;
+}
+
+void DataChunk::clear()
+{
+    // What one long row took is not kept for all the others.
+    constexpr std::size_t knKeptBytes = std::size_t(1) << 20;
+    if (sBytes.capacity() > knKeptBytes)
+        std::string().swap(sBytes);
+    sBytes.clear();
+    vEntries.clear();
+    m_nRows = 0;
+    pError = nullptr;
+}
+
+void DataChunk::addText(DataCell::Kind eKind, std::string_view sText)
+{
+    vEntries.push_back({eKind, 0, sBytes.size(), sText.size()});
+    sBytes += sText;
+}
+
+void DataChunk::addInteger(std::int64_t nValue)
+{
+    vEntries.push_back({DataCell::kInteger, 0, static_cast<std::uint64_t>(nValue), 0});
+}
+
+void DataChunk::addReal(double fValue)
+{
+    vEntries.push_back({DataCell::kReal, 0, std::bit_cast<std::uint64_t>(fValue), 0});
+}
 
 std::unique_ptr<DataSource> openDataSource(const std::string& sArgument)
 {

@@ -1,8 +1,8 @@
 #include <algorithm>
 #include <string>
 
-#include "reporttable.h"
 #include "reportwriters.h"
+#include "rowpipeline.h"
 #include "webbedrock/utf8.h"
 
 namespace tov {
@@ -11,51 +11,99 @@ namespace {
 
 constexpr std::wstring_view ksFormulaStarts = L"=+-@\t\r\n\uFF1D\uFF0B\uFF0D\uFF20";
 
-void writeRecord(const std::vector<String>& vCells, OutputFile& tOutput)
+bool isFormula(std::wstring_view sText)
 {
-    for (std::size_t nCell = 0; nCell < vCells.size(); ++nCell)
+    return !sText.empty() && ksFormulaStarts.find(sText.front()) != std::wstring_view::npos;
+}
+
+bool needsQuotes(std::wstring_view sText)
+{
+    if (!sText.empty() && (sText.front() == L' ' || sText.back() == L' '))
+        return true;
+    return std::any_of(sText.begin(), sText.end(),
+                       [](wchar_t n) { return n == L',' || n == L'"' || n == L'\r' || n == L'\n'; });
+}
+
+void appendCell(std::string& sBytes, std::wstring_view sText)
+{
+    if (!needsQuotes(sText))
     {
-        if (nCell != 0)
-            tOutput.write(",");
-        tOutput.write(csvCell(vCells[nCell]));
+        appendUtf8(sBytes, sText);
+        return;
     }
-    tOutput.write("\r\n");
+    sBytes += '"';
+    for (std::size_t nQuote; (nQuote = sText.find(L'"')) != std::wstring_view::npos; sText.remove_prefix(nQuote + 1))
+    {
+        appendUtf8(sBytes, sText.substr(0, nQuote));
+        sBytes += "\"\"";
+    }
+    appendUtf8(sBytes, sText);
+    sBytes += '"';
+}
+
+// Writes the rows of a chunk as records.
+class CsvRows final : public RowWorker
+{
+public:
+    CsvRows(const ReportColumns& tColumns, const DataSource& tData, CsvFormulas eFormulas)
+        : m_tRow(tColumns, tData, true), m_bEscape(eFormulas == CsvFormulas::kEscape)
+    {
+    }
+
+    void work(const DataChunk& tChunk, ChunkResult& tResult) override;
+
+private:
+    RowFormatter m_tRow;
+    bool m_bEscape;
+    StringBufferTemplate<wchar_t, 255> m_tCell;
+};
+
+void CsvRows::work(const DataChunk& tChunk, ChunkResult& tResult)
+{
+    const ReportColumns& tColumns = m_tRow.columns();
+    std::string& sBytes = tResult.sBytes;
+    for (std::size_t nRow = 0; nRow < tChunk.rowCount(); ++nRow)
+    {
+        m_tRow.setRow(tChunk, nRow, tResult.vUnknownTags);
+        for (std::size_t nColumn = 0; nColumn < tColumns.count(); ++nColumn)
+        {
+            m_tCell.clear();
+            m_tRow.append(nColumn, m_tCell);
+            if (nColumn != 0)
+                sBytes += ',';
+            if (m_bEscape && tColumns.isText(nColumn) && isFormula(m_tCell.view()))
+                appendCell(sBytes, defusedFormula(m_tCell.toString()));
+            else
+                appendCell(sBytes, m_tCell.view());
+        }
+        sBytes += "\r\n";
+    }
 }
 
 }  // namespace
 
 String defusedFormula(const String& sText)
 {
-    const bool bFormula = !sText.empty() && ksFormulaStarts.find(sText.front()) != std::wstring_view::npos;
-    return bFormula ? L"'" + sText : sText;
+    return isFormula(sText) ? L"'" + sText : sText;
 }
 
 std::string csvCell(std::wstring_view sText)
 {
-    const bool bBlankEnd = !sText.empty() && (sText.front() == L' ' || sText.back() == L' ');
-    if (!bBlankEnd && sText.find_first_of(L",\"\r\n") == std::wstring_view::npos)
-        return toUtf8(sText);
-    std::string sResult = "\"";
-    for (const char nByte : toUtf8(sText))
-        sResult.append(nByte == '"' ? 2 : 1, nByte);
-    return sResult + "\"";
+    std::string sBytes;
+    appendCell(sBytes, sText);
+    return sBytes;
 }
 
-void writeCsvReport(const ReportDefinition& tReport, DataSource& tData, CsvFormulas eFormulas, OutputFile& tOutput)
+void writeCsvReport(const ReportDefinition& tReport, DataSource& tData, CsvFormulas eFormulas, unsigned nThreads,
+                    OutputFile& tOutput)
 {
-    ReportTable tTable(tReport, tData, {ValueFormatterTypes::kText, ReportTable::kMachineReadable, true});
-    const bool bEscape = eFormulas == CsvFormulas::kEscape;
-    std::vector<String> vCells;
+    const ReportColumns tColumns(tReport, tData, ValueFormatterTypes::kText, ReportColumns::kMachineReadable);
+    std::string sNames;
     for (const ReportColumn& tColumn : tReport.vColumns)
-        vCells.push_back(bEscape ? defusedFormula(tColumn.sName) : tColumn.sName);
-    writeRecord(vCells, tOutput);
-    while (tTable.nextRow(vCells))
-    {
-        for (std::size_t nCell = 0; bEscape && nCell < vCells.size(); ++nCell)
-            if (tTable.isText(nCell))
-                vCells[nCell] = defusedFormula(vCells[nCell]);
-        writeRecord(vCells, tOutput);
-    }
+        sNames += (sNames.empty() ? "" : ",") +
+                  csvCell(eFormulas == CsvFormulas::kEscape ? defusedFormula(tColumn.sName) : tColumn.sName);
+    tOutput.write(sNames + "\r\n");
+    RowPipeline::run(tData, makeWorkers<CsvRows>(nThreads, tColumns, tData, eFormulas), tOutput);
 }
 
 }  // namespace tov

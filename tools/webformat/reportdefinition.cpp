@@ -43,6 +43,22 @@ std::vector<String> valueTypeNames()
     return vNames;
 }
 
+// The name in the simplest of expressions: `currency`, or `"odd ""name"""`.
+String columnOfExpression(std::wstring_view sExpression)
+{
+    const std::wstring_view sName = lexical::trim(sExpression);
+    if (sName.size() < 2 || sName.front() != L'"' || sName.back() != L'"')
+        return String(sName);
+    String sResult;
+    for (std::size_t nAt = 1; nAt + 1 < sName.size(); ++nAt)
+    {
+        sResult += sName[nAt];
+        if (sName[nAt] == L'"' && sName[nAt + 1] == L'"' && nAt + 2 < sName.size())
+            ++nAt;
+    }
+    return sResult;
+}
+
 ReportDefinition Reader::readReport(const XmlElement& tRoot) const
 {
     checkName(tRoot, schemas::Report::kqnReport, "the element \"tov:report\" of the report namespace");
@@ -114,6 +130,12 @@ void Reader::readDataFormat(const XmlElement& tElement, const Locale& tLocale, R
     checkDataFormat(tElement, tLocale, m_sFile);
     tColumn.tFormatPlace = placeIn(m_sFile, tElement.place());
     tColumn.hDefinition = WebValueFormatDefinition::DynamicReadXML(tElement);
+    if (tColumn.hDefinition.isNull())
+        return;
+    String sFormula;
+    tColumn.hDefinition->populateCurrencyTagColumnFormulaIfApplies(sFormula);
+    if (!sFormula.empty())
+        tColumn.sTagColumn = columnOfExpression(sFormula);
 }
 
 SQLDataType Reader::readType(const XmlElement& tElement) const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,8 +23,10 @@ struct ReportColumn
     String sHeading;  // what stands above it
     SQLDataType tType = SQLDataType(SQLDataType::kVarChar);
     WebValueFormatDefinitionHandle hDefinition;  // null: the type's default
-    InputPlace tPlace;                           // of the column element
-    InputPlace tFormatPlace;                     // of the dataFormat element, where there is one
+    // The column of the data that holds each row's currency tag, where the format is a currency by row.
+    std::optional<String> sTagColumn;
+    InputPlace tPlace;        // of the column element
+    InputPlace tFormatPlace;  // of the dataFormat element, where there is one
 };
 
 // What a report file says.
@@ -38,6 +41,11 @@ struct ReportColumn
 // `dataOffset` (minutes east of UTC, or "unknown") says how timestamps are stored and `displayTimeZone` where they are
 // shown, unless a column's own format names a zone; without either they are shown as they are stored, or as the host's
 // configuration says.
+//
+// A currency by row names the column of the data that holds the rows' currency tags, as it is or between double quotes:
+// `<tov:currencyTagColumn><tovx:expr xsi:type="tovx:sqlExpression">currency</tovx:expr></tov:currencyTagColumn>` in a
+// data format of the type conditionalcurrency, or the custom format "[$:currencyTagColumn=currency]". Rows whose tag is
+// null or unknown are shown without a currency.
 //
 // `locale` is en-US and `language` en-us unless given, the title may be empty; `name` and `type` of a column are
 // required, its heading is its name unless given. The same data may stand in several columns.

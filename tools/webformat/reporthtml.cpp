@@ -1,4 +1,5 @@
 #include <string>
+#include <vector>
 
 #include "excelstyle.h"
 #include "reporttable.h"
@@ -72,51 +73,98 @@ std::string escaped(std::wstring_view sText)
     return toUtf8(tBuffer.view());
 }
 
+// Writes the rows of a chunk as rows of the table.
+class HtmlRows final : public RowWorker
+{
+public:
+    // `vOpenings` are the start tags of the columns' cells; all must outlive this.
+    HtmlRows(const ReportColumns& tColumns, const DataSource& tData, const std::vector<std::string>& vOpenings)
+        : m_tRow(tColumns, tData, false), m_vOpenings(vOpenings)
+    {
+    }
+
+    void work(const DataChunk& tChunk, ChunkResult& tResult) override;
+
+private:
+    RowFormatter m_tRow;
+    const std::vector<std::string>& m_vOpenings;
+    StringBufferTemplate<wchar_t, 255> m_tCell;
+};
+
+void HtmlRows::work(const DataChunk& tChunk, ChunkResult& tResult)
+{
+    std::string& sBytes = tResult.sBytes;
+    for (std::size_t nRow = 0; nRow < tChunk.rowCount(); ++nRow)
+    {
+        m_tRow.setRow(tChunk, nRow, tResult.vUnknownTags);
+        sBytes += "<tr>";
+        for (std::size_t nColumn = 0; nColumn < m_vOpenings.size(); ++nColumn)
+        {
+            m_tCell.clear();
+            m_tRow.append(nColumn, m_tCell);
+            sBytes += m_vOpenings[nColumn];
+            appendUtf8(sBytes, m_tCell.view());
+            sBytes += "</td>";
+        }
+        sBytes += "</tr>\n";
+    }
+}
+
 // Writes the page of one report from top to bottom.
 class Page
 {
 public:
-    Page(ReportTable& tTable, OutputFile& tOutput) : m_tTable(tTable), m_tOutput(tOutput) {}
+    Page(const ReportDefinition& tReport, DataSource& tData, OutputFile& tOutput)
+        : m_tReport(tReport),
+          m_tData(tData),
+          m_tColumns(tReport, tData, ValueFormatterTypes::kHTML, ReportColumns::kDisplay),
+          m_tOutput(tOutput)
+    {
+    }
 
-    void write();
+    void write(unsigned nThreads);
 
 private:
     void writeHead();
     void writeExcelStyles();
     String excelStyle(std::size_t nColumn) const;
     void writeHeadings();
-    void writeRow(const std::vector<String>& vCells);
-    void writeFoot();
+    std::uint64_t writeRows(unsigned nThreads);
+    void writeFoot(std::uint64_t nRows);
     std::string classesOf(std::size_t nColumn, bool bCell) const;
     std::string title() const;
 
-    ReportTable& m_tTable;
+    const ReportDefinition& m_tReport;
+    DataSource& m_tData;
+    ReportColumns m_tColumns;
     OutputFile& m_tOutput;
-    std::vector<bool> m_vStyled;           // the columns that have a class of their own
-    std::vector<std::string> m_vOpenings;  // the start tag of a cell of each column
+    std::vector<bool> m_vStyled;  // the columns that have a class of their own
 };
 
-void Page::write()
+void Page::write(unsigned nThreads)
 {
     writeHead();
     writeHeadings();
-    for (std::size_t nColumn = 0; nColumn < m_tTable.columnCount(); ++nColumn)
-        m_vOpenings.push_back("<td" + classesOf(nColumn, true) + ">");
-    std::vector<String> vCells;
-    while (m_tTable.nextRow(vCells))
-        writeRow(vCells);
-    writeFoot();
+    writeFoot(writeRows(nThreads));
+}
+
+std::uint64_t Page::writeRows(unsigned nThreads)
+{
+    std::vector<std::string> vOpenings;
+    for (std::size_t nColumn = 0; nColumn < m_tColumns.count(); ++nColumn)
+        vOpenings.push_back("<td" + classesOf(nColumn, true) + ">");
+    return RowPipeline::run(m_tData, makeWorkers<HtmlRows>(nThreads, m_tColumns, m_tData, vOpenings), m_tOutput);
 }
 
 std::string Page::title() const
 {
-    const String& sTitle = m_tTable.report().sTitle;
+    const String& sTitle = m_tReport.sTitle;
     return sTitle.empty() ? "Report" : escaped(sTitle);
 }
 
 void Page::writeHead()
 {
-    const String& sTag = m_tTable.report().tLocale.tag();
+    const String& sTag = m_tReport.tLocale.tag();
     m_tOutput.write("<!DOCTYPE html>\n<html lang=\"" + escaped(sTag) + "\"" +
                     (isRightToLeft(sTag) ? " dir=\"rtl\"" : "") + ">\n<head>\n<meta charset=\"utf-8\">\n" +
                     "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n<title>" + title() +
@@ -129,7 +177,7 @@ void Page::writeHead()
 // The cell formats of spreadsheets, one class a column.
 void Page::writeExcelStyles()
 {
-    for (std::size_t nColumn = 0; nColumn < m_tTable.columnCount(); ++nColumn)
+    for (std::size_t nColumn = 0; nColumn < m_tColumns.count(); ++nColumn)
     {
         const std::string sDeclaration = excelDeclaration(excelStyle(nColumn));
         m_vStyled.push_back(!sDeclaration.empty());
@@ -140,23 +188,22 @@ void Page::writeExcelStyles()
 
 String Page::excelStyle(std::size_t nColumn) const
 {
-    const ReportDefinition& tReport = m_tTable.report();
-    const WebValueFormatDefinitionHandle& hDefinition = tReport.vColumns[nColumn].hDefinition;
-    if (!hDefinition.isNull() && m_tTable.hasExcelPattern(nColumn))
-        return hDefinition->getMsoStyle(tReport.tLocale, tReport.tLanguage);
+    const WebValueFormatDefinitionHandle& hDefinition = m_tReport.vColumns[nColumn].hDefinition;
+    if (!hDefinition.isNull() && m_tColumns.hasExcelPattern(nColumn))
+        return hDefinition->getMsoStyle(m_tReport.tLocale, m_tReport.tLanguage);
     // Text stays text where it looks like a number or a formula.
-    return m_tTable.isText(nColumn) ? WebTextFormatDefinition().getMsoStyle(tReport.tLocale, tReport.tLanguage)
-                                    : String();
+    return m_tColumns.isText(nColumn) ? WebTextFormatDefinition().getMsoStyle(m_tReport.tLocale, m_tReport.tLanguage)
+                                      : String();
 }
 
 std::string Page::classesOf(std::size_t nColumn, bool bCell) const
 {
     std::string sClasses;
-    if (m_tTable.isNumber(nColumn))
+    if (m_tColumns.isNumber(nColumn))
         sClasses = "number";
-    else if (m_tTable.isText(nColumn))
+    else if (m_tColumns.isText(nColumn))
         sClasses = "text";
-    else if (m_tTable.isBinary(nColumn))
+    else if (m_tColumns.isBinary(nColumn))
         sClasses = "data";
     if (bCell && m_vStyled[nColumn])
         sClasses += (sClasses.empty() ? "c" : " c") + std::to_string(nColumn + 1);
@@ -167,38 +214,24 @@ void Page::writeHeadings()
 {
     m_tOutput.write(
         "<main tabindex=\"0\" aria-labelledby=\"title\">\n<table aria-labelledby=\"title\">\n<thead>\n<tr>\n");
-    for (std::size_t nColumn = 0; nColumn < m_tTable.columnCount(); ++nColumn)
+    for (std::size_t nColumn = 0; nColumn < m_tColumns.count(); ++nColumn)
         m_tOutput.write("<th scope=\"col\"" + classesOf(nColumn, false) + ">" +
-                        escaped(m_tTable.report().vColumns[nColumn].sHeading) + "</th>\n");
+                        escaped(m_tReport.vColumns[nColumn].sHeading) + "</th>\n");
     m_tOutput.write("</tr>\n</thead>\n<tbody>\n");
 }
 
-void Page::writeRow(const std::vector<String>& vCells)
+void Page::writeFoot(std::uint64_t nRows)
 {
-    m_tOutput.write("<tr>");
-    for (std::size_t nColumn = 0; nColumn < vCells.size(); ++nColumn)
-    {
-        m_tOutput.write(m_vOpenings[nColumn]);
-        m_tOutput.write(vCells[nColumn]);
-        m_tOutput.write("</td>");
-    }
-    m_tOutput.write("</tr>\n");
-}
-
-void Page::writeFoot()
-{
-    const ReportDefinition& tReport = m_tTable.report();
-    const std::string sCount = escaped(rowCountText(m_tTable.rowCount(), tReport.tLocale, tReport.tLanguage));
+    const std::string sCount = escaped(rowCountText(nRows, m_tReport.tLocale, m_tReport.tLanguage));
     m_tOutput.write("</tbody>\n</table>\n</main>\n<footer>\n<p dir=\"ltr\">" + sCount +
                     "</p>\n</footer>\n</body>\n</html>\n");
 }
 
 }  // namespace
 
-void writeHtmlReport(const ReportDefinition& tReport, DataSource& tData, OutputFile& tOutput)
+void writeHtmlReport(const ReportDefinition& tReport, DataSource& tData, unsigned nThreads, OutputFile& tOutput)
 {
-    ReportTable tTable(tReport, tData, {ValueFormatterTypes::kHTML, ReportTable::kDisplay, false});
-    Page(tTable, tOutput).write();
+    Page(tReport, tData, tOutput).write(nThreads);
 }
 
 }  // namespace tov

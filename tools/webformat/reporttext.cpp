@@ -4,6 +4,7 @@
 #include "eastasianwidth.h"
 #include "reporttable.h"
 #include "reportwriters.h"
+#include "webbedrock/utf8.h"
 
 namespace tov {
 
@@ -24,89 +25,167 @@ String onOneLine(String sText)
     return sText;
 }
 
-// Writes lines of cells in columns of given widths.
-class Layout
+using CellBuffer = StringBufferTemplate<wchar_t, 255>;
+
+// The text of a cell, on one line.
+std::wstring_view textOf(const RowFormatter& tRow, std::size_t nColumn, CellBuffer& tBuffer)
 {
-public:
-    Layout(ReportTable& tTable, OutputFile& tOutput);
-
-    void writeTable();
-
-private:
-    void widen(std::size_t nColumn, const String& sText);
-    void writeLine(const std::vector<String>& vCells);
-    void appendCell(std::size_t nColumn, const String& sText, bool bLast, String& sLine) const;
-
-    ReportTable& m_tTable;
-    OutputFile& m_tOutput;
-    std::vector<String> m_vHeadings;
-    std::vector<std::size_t> m_vWidths;
-};
-
-Layout::Layout(ReportTable& tTable, OutputFile& tOutput)
-    : m_tTable(tTable), m_tOutput(tOutput), m_vWidths(tTable.columnCount())
-{
-    for (const ReportColumn& tColumn : tTable.report().vColumns)
-        m_vHeadings.push_back(onOneLine(tColumn.sHeading));
+    tBuffer.clear();
+    tRow.append(nColumn, tBuffer);
+    for (std::size_t nAt = 0; nAt < tBuffer.length(); ++nAt)
+        if (isControl(tBuffer[nAt]))
+            tBuffer[nAt] = L' ';
+    return tBuffer.view();
 }
 
-void Layout::writeTable()
+using Widths = std::vector<std::size_t>;
+
+// Appends a cell of a line, padded on the side where its column is not aligned.
+void appendCell(std::wstring_view sText, std::size_t nWidth, bool bRight, bool bLast, String& sLine)
 {
-    std::vector<String> vCells = m_vHeadings;
-    do
+    const std::size_t nOwn = displayWidth(sText);
+    const std::size_t nPadding = nWidth > nOwn ? nWidth - nOwn : 0;
+    if (bRight)
+        sLine.append(nPadding, L' ');
+    sLine += sText;
+    if (!bLast)
+        sLine.append(bRight ? 0 : nPadding, L' ').append(ksGap);
+}
+
+// The first pass: how wide the cells are.
+class TextWidths final : public RowWorker
+{
+public:
+    TextWidths(const ReportColumns& tColumns, const DataSource& tData)
+        : m_tRow(tColumns, tData, true), m_vWidths(tColumns.count())
     {
-        for (std::size_t nColumn = 0; nColumn < vCells.size(); ++nColumn)
-            widen(nColumn, vCells[nColumn]);
-    } while (m_tTable.nextRow(vCells));
-    writeLine(m_vHeadings);
-    std::vector<String> vRules;
-    for (const std::size_t nWidth : m_vWidths)
-        vRules.emplace_back(nWidth, L'-');
-    writeLine(vRules);
-    m_tTable.rewind();
-    while (m_tTable.nextRow(vCells))
+    }
+
+    void work(const DataChunk& tChunk, ChunkResult& tResult) override;
+    const Widths& widths() const { return m_vWidths; }
+
+private:
+    RowFormatter m_tRow;
+    Widths m_vWidths;
+    CellBuffer m_tCell;
+};
+
+void TextWidths::work(const DataChunk& tChunk, ChunkResult& tResult)
+{
+    for (std::size_t nRow = 0; nRow < tChunk.rowCount(); ++nRow)
     {
-        for (String& sCell : vCells)
-            sCell = onOneLine(std::move(sCell));
-        writeLine(vCells);
+        m_tRow.setRow(tChunk, nRow, tResult.vUnknownTags);
+        for (std::size_t nColumn = 0; nColumn < m_vWidths.size(); ++nColumn)
+            m_vWidths[nColumn] = std::max(m_vWidths[nColumn], displayWidth(textOf(m_tRow, nColumn, m_tCell)));
     }
 }
 
-void Layout::widen(std::size_t nColumn, const String& sText)
+// The second pass: the lines.
+class TextLines final : public RowWorker
 {
-    m_vWidths[nColumn] = std::max(m_vWidths[nColumn], displayWidth(sText));
+public:
+    TextLines(const ReportColumns& tColumns, const DataSource& tData, const Widths& vWidths)
+        : m_tRow(tColumns, tData, true), m_vWidths(vWidths)
+    {
+    }
+
+    void work(const DataChunk& tChunk, ChunkResult& tResult) override;
+
+private:
+    RowFormatter m_tRow;
+    const Widths& m_vWidths;
+    CellBuffer m_tCell;
+    String m_sLine;
+};
+
+void TextLines::work(const DataChunk& tChunk, ChunkResult& tResult)
+{
+    // The first pass has named them.
+    std::vector<UnknownTag> vUnknownTags;
+    for (std::size_t nRow = 0; nRow < tChunk.rowCount(); ++nRow)
+    {
+        m_tRow.setRow(tChunk, nRow, vUnknownTags);
+        m_sLine.clear();
+        for (std::size_t nColumn = 0; nColumn < m_vWidths.size(); ++nColumn)
+            appendCell(textOf(m_tRow, nColumn, m_tCell), m_vWidths[nColumn], m_tRow.columns().isNumber(nColumn),
+                       nColumn + 1 == m_vWidths.size(), m_sLine);
+        appendUtf8(tResult.sBytes, m_sLine);
+        tResult.sBytes += '\n';
+    }
 }
 
-void Layout::writeLine(const std::vector<String>& vCells)
+// Writes lines of cells in columns as wide as their widest cell or heading.
+class Layout
 {
-    String sLine;
-    for (std::size_t nColumn = 0; nColumn < vCells.size(); ++nColumn)
-        appendCell(nColumn, vCells[nColumn], nColumn + 1 == vCells.size(), sLine);
-    m_tOutput.write(sLine + L"\n");
+public:
+    Layout(const ReportColumns& tColumns, DataSource& tData, OutputFile& tOutput);
+
+    // Returns the number of rows.
+    std::uint64_t writeTable(unsigned nThreads);
+
+private:
+    void measure(unsigned nThreads);
+    void writeHead();
+
+    const ReportColumns& m_tColumns;
+    DataSource& m_tData;
+    OutputFile& m_tOutput;
+    std::vector<String> m_vHeadings;
+    Widths m_vWidths;
+};
+
+Layout::Layout(const ReportColumns& tColumns, DataSource& tData, OutputFile& tOutput)
+    : m_tColumns(tColumns), m_tData(tData), m_tOutput(tOutput)
+{
+    for (const ReportColumn& tColumn : tColumns.report().vColumns)
+        m_vHeadings.push_back(onOneLine(tColumn.sHeading));
 }
 
-void Layout::appendCell(std::size_t nColumn, const String& sText, bool bLast, String& sLine) const
+std::uint64_t Layout::writeTable(unsigned nThreads)
 {
-    // A file that grew between the passes: its new cells may be wider.
-    const std::size_t nWidth = displayWidth(sText);
-    const String sPadding(m_vWidths[nColumn] > nWidth ? m_vWidths[nColumn] - nWidth : 0, L' ');
-    if (m_tTable.isNumber(nColumn))
-        sLine += sPadding + sText;
-    else
-        sLine += bLast ? sText : sText + sPadding;
-    if (!bLast)
-        sLine += ksGap;
+    measure(nThreads);
+    writeHead();
+    m_tData.rewind();
+    return RowPipeline::run(m_tData, makeWorkers<TextLines>(nThreads, m_tColumns, m_tData, m_vWidths), m_tOutput);
+}
+
+void Layout::measure(unsigned nThreads)
+{
+    const auto vWorkers = makeWorkers<TextWidths>(nThreads, m_tColumns, m_tData);
+    RowPipeline::run(m_tData, vWorkers, m_tOutput);
+    for (const String& sHeading : m_vHeadings)
+        m_vWidths.push_back(displayWidth(sHeading));
+    for (const auto& pWorker : vWorkers)
+    {
+        const Widths& vWidths = static_cast<const TextWidths&>(*pWorker).widths();
+        std::transform(m_vWidths.begin(), m_vWidths.end(), vWidths.begin(), m_vWidths.begin(),
+                       [](std::size_t nLeft, std::size_t nRight) { return std::max(nLeft, nRight); });
+    }
+}
+
+// The headings, and a rule below each.
+void Layout::writeHead()
+{
+    String sHeadings;
+    String sRules;
+    for (std::size_t nColumn = 0; nColumn < m_vWidths.size(); ++nColumn)
+    {
+        const bool bLast = nColumn + 1 == m_vWidths.size();
+        appendCell(m_vHeadings[nColumn], m_vWidths[nColumn], m_tColumns.isNumber(nColumn), bLast, sHeadings);
+        appendCell(String(m_vWidths[nColumn], L'-'), m_vWidths[nColumn], false, bLast, sRules);
+    }
+    m_tOutput.write(sHeadings + L"\n" + sRules + L"\n");
 }
 
 }  // namespace
 
-void writeTextReport(const ReportDefinition& tReport, DataSource& tData, OutputFile& tOutput)
+void writeTextReport(const ReportDefinition& tReport, DataSource& tData, unsigned nThreads, OutputFile& tOutput)
 {
-    ReportTable tTable(tReport, tData, {ValueFormatterTypes::kText, ReportTable::kDisplay, true});
+    const ReportColumns tColumns(tReport, tData, ValueFormatterTypes::kText, ReportColumns::kDisplay);
     if (!tReport.sTitle.empty())
         tOutput.write(onOneLine(tReport.sTitle) + L"\n\n");
-    Layout(tTable, tOutput).writeTable();
-    tOutput.write(L"\n" + rowCountText(tTable.rowCount(), tReport.tLocale, tReport.tLanguage) + L"\n");
+    const std::uint64_t nRows = Layout(tColumns, tData, tOutput).writeTable(nThreads);
+    tOutput.write(L"\n" + rowCountText(nRows, tReport.tLocale, tReport.tLanguage) + L"\n");
 }
 
 }  // namespace tov

@@ -16,17 +16,19 @@ enum class CsvFormulas
     kEscape  // an apostrophe in front makes it text
 };
 
-// Each writes the whole report, or throws InputError for data that is wrong; then the output is not complete.
+// Each writes the whole report, or throws InputError for data that is wrong; then the output is not complete. Those
+// that take a number of threads write the same bytes with any number.
 
 // A page with one table: opens on a phone and on a desktop, in light and dark, and in a spreadsheet with typed cells.
-void writeHtmlReport(const ReportDefinition& tReport, DataSource& tData, OutputFile& tOutput);
+void writeHtmlReport(const ReportDefinition& tReport, DataSource& tData, unsigned nThreads, OutputFile& tOutput);
 
 // An aligned table for a fixed-width display, in two passes over the data. Line ends and other controls in cells become
 // blanks.
-void writeTextReport(const ReportDefinition& tReport, DataSource& tData, OutputFile& tOutput);
+void writeTextReport(const ReportDefinition& tReport, DataSource& tData, unsigned nThreads, OutputFile& tOutput);
 
 // Comma-separated values (RFC 4180, CRLF, no byte order mark) with the names of the columns in the first line.
-void writeCsvReport(const ReportDefinition& tReport, DataSource& tData, CsvFormulas eFormulas, OutputFile& tOutput);
+void writeCsvReport(const ReportDefinition& tReport, DataSource& tData, CsvFormulas eFormulas, unsigned nThreads,
+                    OutputFile& tOutput);
 
 // A workbook (Office Open XML) of one worksheet: numbers and dates as such under the columns' Excel patterns,
 // everything else as text (docs/excel.md). The same report and data give the same bytes; memory does not grow with the

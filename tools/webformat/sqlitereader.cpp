@@ -43,14 +43,14 @@ public:
     SqliteTable(const std::string& sPath, const std::string& sTable);
 
     const std::vector<std::string>& columnNames() const override { return m_vNames; }
-    bool nextRow(DataRow& vRow) override;
+    bool read(DataChunk& tChunk) override;
+    void parse(DataChunk& tChunk) const override;
     void rewind() override;
-    std::string placeOf(const DataCell& tCell) const override;
+    std::string placeOf(const DataChunk& tChunk, std::size_t nRow, std::size_t nColumn) const override;
     double progress() const override;
 
 private:
     [[noreturn]] void fail() const;
-    [[noreturn]] void failAt(int nColumn, const char* pMessage) const;
     void open();
     void readColumns();
     void countRows();
@@ -58,8 +58,9 @@ private:
     std::vector<std::string> tableNames() const;
     std::string onlyTable() const;
     void checkTable() const;
-    void readCell(int nColumn, DataCell& tCell) const;
-    void readText(int nColumn, DataCell& tCell) const;
+    bool readRow(DataChunk& tChunk);
+    void readCell(int nColumn, DataChunk& tChunk) const;
+    void checkText(const DataChunk& tChunk, std::size_t nRow, std::size_t nColumn) const;
 
     std::string m_sPath;
     std::string m_sTable;
@@ -68,6 +69,7 @@ private:
     std::vector<std::string> m_vNames;
     std::int64_t m_nRows = 0;
     std::int64_t m_nRow = 0;
+    bool m_bEnd = false;
 };
 
 SqliteTable::SqliteTable(const std::string& sPath, const std::string& sTable) : m_sPath(sPath), m_sTable(sTable)
@@ -101,12 +103,6 @@ void SqliteTable::open()
 void SqliteTable::fail() const
 {
     throw InputError({m_sPath}, sqlite3_errmsg(m_hDatabase.get()));
-}
-
-void SqliteTable::failAt(int nColumn, const char* pMessage) const
-{
-    throw InputError(placeOf({}) + ", column " + quotedForMessage(m_vNames[static_cast<std::size_t>(nColumn)]) + ": " +
-                     pMessage);
 }
 
 Statement SqliteTable::prepare(const std::string& sSql) const
@@ -176,68 +172,107 @@ void SqliteTable::readColumns()
         m_vNames.emplace_back(sqlite3_column_name(m_hRows.get(), nColumn));
 }
 
-bool SqliteTable::nextRow(DataRow& vRow)
+bool SqliteTable::read(DataChunk& tChunk)
 {
+    constexpr std::size_t knChunkRows = 1024;
+    constexpr std::size_t knChunkBytes = std::size_t(1) << 16;
+    tChunk.clear();
+    tChunk.startRows(m_vNames.size());
+    tChunk.nFirst = static_cast<std::uint64_t>(m_nRow) + 1;
+    bool bMore = true;
+    try
+    {
+        while (bMore && tChunk.rowCount() < knChunkRows && tChunk.sBytes.size() < knChunkBytes)
+            bMore = readRow(tChunk);
+    }
+    catch (const InputError&)
+    {
+        tChunk.pError = std::current_exception();
+    }
+    return bMore || tChunk.rowCount() != 0;
+}
+
+bool SqliteTable::readRow(DataChunk& tChunk)
+{
+    if (m_bEnd)
+        return false;
     const int nResult = sqlite3_step(m_hRows.get());
+    m_bEnd = nResult != SQLITE_ROW;
     if (nResult == SQLITE_DONE)
         return false;
     if (nResult != SQLITE_ROW)
         fail();
+    for (std::size_t nColumn = 0; nColumn < m_vNames.size(); ++nColumn)
+        readCell(static_cast<int>(nColumn), tChunk);
     ++m_nRow;
-    vRow.resize(m_vNames.size());
-    for (std::size_t nColumn = 0; nColumn < vRow.size(); ++nColumn)
-        readCell(static_cast<int>(nColumn), vRow[nColumn]);
+    tChunk.endRow();
     return true;
 }
 
-void SqliteTable::readCell(int nColumn, DataCell& tCell) const
+void SqliteTable::readCell(int nColumn, DataChunk& tChunk) const
 {
     sqlite3_stmt* pRow = m_hRows.get();
+    const auto size = [&] { return static_cast<std::size_t>(sqlite3_column_bytes(pRow, nColumn)); };
     switch (sqlite3_column_type(pRow, nColumn))
     {
-    case SQLITE_INTEGER:
-        tCell.eKind = DataCell::kInteger;
-        tCell.nInteger = sqlite3_column_int64(pRow, nColumn);
-        break;
-    case SQLITE_FLOAT:
-        tCell.eKind = DataCell::kReal;
-        tCell.fReal = sqlite3_column_double(pRow, nColumn);
-        break;
-    case SQLITE_TEXT: readText(nColumn, tCell); break;
-    case SQLITE_BLOB:
+    case SQLITE_INTEGER: tChunk.addInteger(sqlite3_column_int64(pRow, nColumn)); break;
+    case SQLITE_FLOAT: tChunk.addReal(sqlite3_column_double(pRow, nColumn)); break;
+    case SQLITE_TEXT:
     {
-        tCell.eKind = DataCell::kBytes;
-        const char* pBytes = static_cast<const char*>(sqlite3_column_blob(pRow, nColumn));
-        const int nBytes = sqlite3_column_bytes(pRow, nColumn);
-        tCell.sText.assign(pBytes ? pBytes : "", pBytes ? static_cast<std::size_t>(nBytes) : 0);
+        const auto* pText = reinterpret_cast<const char*>(sqlite3_column_text(pRow, nColumn));
+        if (!pText)
+            throw std::bad_alloc();
+        tChunk.addText(DataCell::kText, {pText, size()});
         break;
     }
-    default: tCell.eKind = DataCell::kNull; break;
+    case SQLITE_BLOB:
+    {
+        const char* pBytes = static_cast<const char*>(sqlite3_column_blob(pRow, nColumn));
+        tChunk.addText(DataCell::kBytes, pBytes ? std::string_view(pBytes, size()) : std::string_view());
+        break;
+    }
+    default: tChunk.addNull(); break;
     }
 }
 
-void SqliteTable::readText(int nColumn, DataCell& tCell) const
+void SqliteTable::parse(DataChunk& tChunk) const
 {
-    const auto* pText = reinterpret_cast<const char*>(sqlite3_column_text(m_hRows.get(), nColumn));
-    if (!pText)
-        throw std::bad_alloc();
-    tCell.eKind = DataCell::kText;
-    tCell.sText.assign(pText, static_cast<std::size_t>(sqlite3_column_bytes(m_hRows.get(), nColumn)));
-    if (tCell.sText.find('\0') != std::string::npos)
-        failAt(nColumn, "found the character U+0000, expected text");
-    if (!fromUtf8(tCell.sText))
-        failAt(nColumn, "found bytes that are not UTF-8");
+    for (std::size_t nRow = 0; nRow < tChunk.rowCount(); ++nRow)
+    {
+        try
+        {
+            for (std::size_t nColumn = 0; nColumn < m_vNames.size(); ++nColumn)
+                checkText(tChunk, nRow, nColumn);
+        }
+        catch (const InputError&)
+        {
+            tChunk.pError = std::current_exception();
+            tChunk.dropRowsFrom(nRow);
+        }
+    }
+}
+
+void SqliteTable::checkText(const DataChunk& tChunk, std::size_t nRow, std::size_t nColumn) const
+{
+    const DataCell tCell = tChunk.cell(nRow, nColumn);
+    if (tCell.eKind != DataCell::kText)
+        return;
+    const bool bNull = tCell.sText.find('\0') != std::string_view::npos;
+    if (bNull || !isUtf8(tCell.sText))
+        throw InputError(placeOf(tChunk, nRow, nColumn) + ", column " + quotedForMessage(m_vNames[nColumn]) + ": " +
+                         (bNull ? "found the character U+0000, expected text" : "found bytes that are not UTF-8"));
 }
 
 void SqliteTable::rewind()
 {
     sqlite3_reset(m_hRows.get());
     m_nRow = 0;
+    m_bEnd = false;
 }
 
-std::string SqliteTable::placeOf(const DataCell&) const
+std::string SqliteTable::placeOf(const DataChunk& tChunk, std::size_t nRow, std::size_t) const
 {
-    return m_sPath + ": table " + quotedForMessage(m_sTable) + ", row " + std::to_string(m_nRow);
+    return m_sPath + ": table " + quotedForMessage(m_sTable) + ", row " + std::to_string(tChunk.nFirst + nRow);
 }
 
 double SqliteTable::progress() const

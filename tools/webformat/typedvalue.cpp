@@ -9,6 +9,15 @@ TypedValue TypedValue::ofBytes(std::string sBytes)
     return tResult;
 }
 
+String& TypedValue::makeText()
+{
+    String* pText = std::get_if<String>(&m_tValue);
+    if (!pText)
+        return m_tValue.emplace<String>();
+    pText->clear();
+    return *pText;
+}
+
 SQLDataType::StorageType TypedValue::storage() const
 {
     // In the order of the alternatives.

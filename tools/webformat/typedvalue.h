@@ -30,6 +30,10 @@ public:
     explicit TypedValue(String sText) : m_tValue(std::move(sText)) {}  // without U+0000
     static TypedValue ofBytes(std::string sBytes);
 
+    void setNull() { m_tValue.emplace<std::monostate>(); }
+    // Makes the value an empty text, to be filled before the next use; where it was a text its memory is used again.
+    String& makeText();
+
     bool isNull() const { return m_tValue.index() == 0; }
     SQLDataType::StorageType storage() const;  // kStorageInvalid for null
 
