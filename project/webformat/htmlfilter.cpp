@@ -9,7 +9,7 @@ namespace tov {
 
 namespace {
 
-constexpr std::wstring_view kHiddenElements[] = {L"script", L"object", L"style", L"embed"};
+constexpr std::wstring_view s_ktHTMLLookUp[] = {L"script", L"object", L"style", L"embed"};
 
 struct Entity
 {
@@ -17,7 +17,7 @@ struct Entity
     std::wstring_view sText;
 };
 
-constexpr Entity kEntities[] = {
+constexpr Entity s_tEntityMap[] = {
     {L"nbsp", L" "},  // kept: an ordinary blank, not U+00A0, so that lines of plain text still break there
     {L"lt", L"<"},   {L"gt", L">"}, {L"apos", L"'"}, {L"quot", L"\""}, {L"amp", L"&"},
 };
@@ -56,7 +56,7 @@ bool isPlainBlock(const wchar_t* pText)
 std::wstring_view openedHiddenElement(std::wstring_view sTag)
 {
     const std::wstring_view sName(sTag.begin(), std::find_if(sTag.begin(), sTag.end(), &endsTagName));
-    for (const std::wstring_view sHidden : kHiddenElements)
+    for (const std::wstring_view sHidden : s_ktHTMLLookUp)
     {
         if (StringUtils::equalsIgnoreCase(sName, sHidden))
             return StringUtils::trim(sTag).ends_with(L'/') ? std::wstring_view() : sHidden;
@@ -111,7 +111,7 @@ std::wstring_view HtmlTextReader::takeFromAmpersand()
     const std::size_t nName = sStart.find(L';');
     if (nName == std::wstring_view::npos)
         return takeRun(1);
-    for (const Entity& tEntity : kEntities)
+    for (const Entity& tEntity : s_tEntityMap)
     {
         if (StringUtils::equalsIgnoreCase(sStart.substr(0, nName), tEntity.sName))
         {

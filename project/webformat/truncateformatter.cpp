@@ -12,7 +12,7 @@ namespace tov {
 
 namespace {
 
-constexpr std::wstring_view kSuffix = L"...";
+constexpr std::wstring_view ksSuffix = L"...";
 constexpr std::wstring_view kShortStart = L"<span title=\"";
 constexpr std::wstring_view kShortTitleEnd = L"\">";
 constexpr std::wstring_view kSpanStart = L"<span>";
@@ -107,7 +107,7 @@ public:
         }
         for (; !m_tOpenTags.empty(); m_tOpenTags.pop())
             writeClosingTag();
-        m_tWriter.write(kSuffix);
+        m_tWriter.write(ksSuffix);
     }
 
 private:
@@ -206,6 +206,11 @@ private:
     OpenTags m_tOpenTags;
 };
 
+void writeTruncatedText(WholeTextWriter& tWriter, std::wstring_view sHtml, std::size_t nLimit)
+{
+    CutMarkup(tWriter, sHtml, nLimit).write();
+}
+
 // Kept: a text of exactly `nLimit` characters gets the dots although nothing was cut.
 void writeCutText(WholeTextWriter& tWriter, std::wstring_view sHtml, std::size_t nLimit)
 {
@@ -217,7 +222,7 @@ void writeCutText(WholeTextWriter& tWriter, std::wstring_view sHtml, std::size_t
         nLimit -= sKept.size();
     }
     if (nLimit == 0)
-        tWriter.write(kSuffix);
+        tWriter.write(ksSuffix);
 }
 
 void writeWithTitle(WholeTextWriter& tWriter, std::wstring_view sHtml)
@@ -232,7 +237,7 @@ void writeWithTitle(WholeTextWriter& tWriter, std::wstring_view sHtml)
 void writeWithExpander(WholeTextWriter& tWriter, std::wstring_view sHtml, std::size_t nLimit)
 {
     tWriter.write(kSpanStart);
-    CutMarkup(tWriter, sHtml, nLimit).write();
+    writeTruncatedText(tWriter, sHtml, nLimit);
     tWriter.write(kSpanEnd);
     tWriter.write(kExpanderStart);
     writeHtmlText(tWriter, sHtml, outputEncoders().kEncodingHTML);
