@@ -93,7 +93,7 @@ private:
     const std::string& m_sName;
     std::size_t m_nAt = 0;
     std::size_t m_nEnd;  // of the records; unquoted text stands behind it
-    bool m_bPlain;       // nothing but ASCII without U+0000: no cell needs to be checked
+    bool m_bClean;       // UTF-8 without U+0000 as a whole: no cell needs to be checked
 };
 
 // The line and the column, in characters, of an offset in a chunk.

@@ -4,6 +4,7 @@
 #include <limits>
 #include <vector>
 
+#include "intl/currencylookup.h"
 #include "webbedrock/utf8.h"
 #include "webformat/dateformatters.h"
 #include "webformat/numericformatter.h"
@@ -75,6 +76,8 @@ private:
     void checkChildren(DefType eType) const;
     void checkValue(const XmlAttribute& tAttribute) const;
     void checkNumber(const XmlAttribute& tAttribute, std::int64_t nLeast, std::int64_t nMost) const;
+    void checkPattern(const XmlAttribute& tAttribute) const;
+    void checkCurrency(const XmlAttribute& tAttribute) const;
     void checkNegative(const XmlAttribute& tAttribute) const;
     void checkDate(const XmlAttribute& tAttribute) const;
     void checkScale(const XmlAttribute& tAttribute) const;
@@ -118,6 +121,9 @@ void Checker::check()
         require({L"customFormat"});
     if (eType == WebValueFormatDefinition::kWhistlerFormat)
         require({L"whistlerFormat"});
+    if (eType == WebValueFormatDefinition::kCurrencyFormat && m_tElement.getAttributeOr(L"currencyTag").empty())
+        throw InputError(placeIn(m_sFile, m_tElement.place()),
+                         "found no currency, expected the attribute \"currencyTag\"");
     if (eType == WebValueFormatDefinition::kDateFormat || eType == WebValueFormatDefinition::kDatetimeFormat ||
         eType == WebValueFormatDefinition::kTimeFormat)
         require({L"biFormat", L"predefinedFormat"});
@@ -144,7 +150,11 @@ void Checker::checkChildren(DefType eType) const
             throw InputError(placeIn(m_sFile, tChild.place()), "found the element " +
                                                                    quotedForMessage(toUtf8(tChild.localName())) +
                                                                    ", expected none of that name here");
-    if (bTagColumn && !m_tElement.findPath({schemas::Report::kqnCurrencyTagColumn, schemas::Expression::kqnExpr}))
+    if (!bTagColumn)
+        return;
+    const XmlElement* pExpression =
+        m_tElement.findPath({schemas::Report::kqnCurrencyTagColumn, schemas::Expression::kqnExpr});
+    if (!pExpression || lexical::trim(pExpression->text()).empty())
         throw InputError(
             placeIn(m_sFile, m_tElement.place()),
             "found no tag column, expected the elements \"tov:currencyTagColumn\" and in it \"tovx:expr\"");
@@ -168,7 +178,9 @@ void Checker::checkValue(const XmlAttribute& tAttribute) const
     else if (sName == L"displayTimeZone")
         checkZone(tAttribute, tAttribute.sValue);
     else if (sName == L"customFormat" || sName == L"predefinedFormat")
-        checkZone(tAttribute, TimeZoneResolver::getTimeZoneFromFormatString(tAttribute.sValue));
+        checkPattern(tAttribute);
+    else if (sName == L"currencyTag")
+        checkCurrency(tAttribute);
     else if (sName == L"textFormat")
     {
         const auto vNames =
@@ -176,6 +188,24 @@ void Checker::checkValue(const XmlAttribute& tAttribute) const
         if (!isOneOf(tAttribute.sValue, vNames))
             fail(tAttribute, alternatives(vNames));
     }
+}
+
+void Checker::checkPattern(const XmlAttribute& tAttribute) const
+{
+    checkZone(tAttribute, TimeZoneResolver::getTimeZoneFromFormatString(tAttribute.sValue));
+    const WebCustomFormatDefinition tDefinition(tAttribute.sValue);
+    String sTagColumn;
+    tDefinition.checkAndpopulateCurrencyTagColumnFormula(sTagColumn);
+    if (tDefinition.isConditionalCurrencyFormat() &&
+        (tAttribute.sValue.back() != L']' || lexical::trim(sTagColumn).empty()))
+        fail(tAttribute, "a pattern or \"[$:currencyTagColumn=\", the name of a column of the data and \"]\"");
+}
+
+// The library would show whole numbers.
+void Checker::checkCurrency(const XmlAttribute& tAttribute) const
+{
+    if (!tAttribute.sValue.empty() && CurrencyLookup::getInstance().lookupCurrencyTag(tAttribute.sValue).isNull())
+        fail(tAttribute, "a currency tag such as \"loc:en-US\", \"int:EUR\" or \"USD\"");
 }
 
 void Checker::checkNumber(const XmlAttribute& tAttribute, std::int64_t nLeast, std::int64_t nMost) const

@@ -18,8 +18,8 @@ void checkAttributeNames(const XmlElement& tElement, const std::vector<String>& 
 
 // Throws InputError for the first thing in a data-format element that the library would replace by a default: an
 // unknown or missing `xsi:type`, an attribute that the type does not have, a name or number that is none, missing
-// patterns. Scale names are those that the locale can show,
-// time zones those of the system.
+// patterns, a currency that nobody knows. Scale names are those that the locale can show, time zones those of the
+// system.
 void checkDataFormat(const XmlElement& tElement, const Locale& tLocale, const std::string& sFile);
 
 // Throws InputError about an attribute's value: `type: found "x", expected ...`.
