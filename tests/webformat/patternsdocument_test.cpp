@@ -15,6 +15,7 @@
 #include "webformat/dateformatters.h"
 #include "webformat/durationformatters.h"
 #include "webformat/numericformatter.h"
+#include "webformat/textformatter.h"
 
 namespace tov {
 
@@ -66,7 +67,12 @@ std::vector<Example> examples()
 ValueFormatterTypes::OutputType outputOf(const std::string& sSetting)
 {
     const std::map<std::string, ValueFormatterTypes::OutputType> kOutputs = {
-        {"html", ValueFormatterTypes::kHTML}, {"xml", ValueFormatterTypes::kXML}, {"pdf", ValueFormatterTypes::kPDF}};
+        {"html", ValueFormatterTypes::kHTML},
+        {"xml", ValueFormatterTypes::kXML},
+        {"pdf", ValueFormatterTypes::kPDF},
+        {"xlsx", ValueFormatterTypes::kXLSX},
+        {"javascript", ValueFormatterTypes::kJavaScript},
+        {"sqlliteral", ValueFormatterTypes::kSQLLiteral}};
     const auto tFound = kOutputs.find(sSetting);
     return tFound == kOutputs.end() ? ValueFormatterTypes::kText : tFound->second;
 }
@@ -136,9 +142,20 @@ std::string textOfDuration(const Example& tExample, const std::string& sSeconds)
     return formatDuration(tExample, &fValue);
 }
 
+std::string formatText(const Example& tExample, const std::string& sValue)
+{
+    const String sText = *fromUtf8(sValue);
+    return toUtf8(WebTextFormatter::ParseCustomFormat(tExample.sPattern, Locale::kUSA, outputOf(tExample.sSetting))
+                      ->formatAsString(sValue == "null" ? nullptr : sText.c_str()));
+}
+
 std::string textOf(const Example& tExample)
 {
     const std::string& sValue = tExample.sValue;
+    if (sValue == "text")
+        return formatText(tExample, "");
+    if (sValue.starts_with("text "))
+        return formatText(tExample, sValue.substr(5));
     if (const std::optional<DateTime> tMoment = momentOf(sValue))
         return formatDate(tExample, *tMoment);
     if (sValue.starts_with("duration "))
