@@ -3,7 +3,7 @@
 
     python3 make_sales_data.py [FOLDER]        (the folder of this script, unless another one is given)
 
-Only the standard library is used, and the same bytes come out every time: the numbers are drawn from a generator with a
+The texts stand in sales_texts.py. Only the standard library is used, and the same bytes come out every time: the numbers are drawn from a generator with a
 fixed seed, the images are written without compression, and the header field in which the database notes the version of
 its library is set to a fixed one. The files in the tree are what this script writes.
 """
@@ -17,6 +17,8 @@ import sqlite3
 import struct
 import sys
 import zlib
+
+import sales_texts
 
 ROWS = 3000
 SEED = 20240305
@@ -42,6 +44,12 @@ COLUMNS = [
     ("ordered_at", "TEXT"),
     ("delivery_seconds", "REAL"),
     ("due", "TEXT"),
+    ("comment", "TEXT"),
+    ("reply", "TEXT"),
+    ("note", "TEXT"),
+    ("website", "TEXT"),
+    ("email", "TEXT"),
+    ("photo", "TEXT"),
 ]
 
 # Product, price, shape of its image.
@@ -176,7 +184,29 @@ def delivery(generator):
     return draw(generator, 8 * 3600, 12 * 86400) + draw(generator, 0, 3) / 4
 
 
-def make_row(generator, calendar, row):
+def choice(generator, values):
+    return values[draw(generator, 0, len(values) - 1)]
+
+
+def reply(generator):
+    """An answer in HTML: its three parts are drawn one by one."""
+    return choice(generator, sales_texts.GREETINGS) + choice(generator, sales_texts.ANSWERS) + choice(
+        generator, sales_texts.ENDINGS)
+
+
+def make_texts(generator, row):
+    """Comment, reply, note, website, mail address, photo (an image of the web, here as a data URL)."""
+    comment = maybe(generator, 0.3, choice(generator, sales_texts.COMMENTS))
+    answer = None if comment is None else maybe(generator, 0.25, reply(generator))
+    host = choice(generator, sales_texts.HOSTS)
+    website = "https://" + host + choice(generator, sales_texts.PATHS)
+    email = "%s%d@%s" % (choice(generator, sales_texts.NAMES), row % 89, host)
+    photo = "data:image/png;base64," + base64.b64encode(IMAGES[choice(generator, sorted(IMAGES))]).decode("ascii")
+    return [comment, answer, maybe(generator, 0.5, choice(generator, sales_texts.NOTES)),
+            maybe(generator, 0.6, website), maybe(generator, 0.2, email), maybe(generator, 0.75, photo)]
+
+
+def make_row(generator, calendar, texts, row):
     product, price, shape = PRODUCTS[draw(generator, 0, len(PRODUCTS) - 1)]
     region, currency, population = REGIONS[draw(generator, 0, len(REGIONS) - 1)]
     quantity = draw(generator, 1, 60) if generator.random() < 0.97 else draw(generator, 1000, 250000)
@@ -207,6 +237,7 @@ def make_row(generator, calendar, row):
         ordered.strftime("%Y-%m-%d %H:%M:%S"),
         delivery(calendar),
         maybe(calendar, 0.05, (ordered + datetime.timedelta(days=draw(calendar, 3, 30))).strftime("%Y-%m-%d")),
+        *make_texts(texts, row),
     ]
 
 
@@ -244,7 +275,8 @@ def main():
     generator = random.Random(SEED)
     # Columns that came later draw from a generator of their own, so that the older ones keep their values.
     calendar = random.Random(SEED + 1)
-    rows = [make_row(generator, calendar, row) for row in range(ROWS)]
+    texts = random.Random(SEED + 2)
+    rows = [make_row(generator, calendar, texts, row) for row in range(ROWS)]
     write_csv(os.path.join(folder, "sales.csv"), rows)
     write_database(os.path.join(folder, "sales.db"), rows)
 

@@ -17,6 +17,8 @@ namespace {
 constexpr double kfPointsPerPixel = 0.75;  // 96 pixels to the inch
 constexpr double kfTallestPicture = 60;
 constexpr double kfUnknownPicture = 48;  // an image on the web whose size nobody knows before it is fetched
+// Processors do not join Arabic letters with every font that has them.
+constexpr std::wstring_view ksArabicInline = L"<fo:inline font-family=\"FreeSerif, DejaVu Sans Condensed\">";
 constexpr wchar_t knBreakOpportunity = 0x200B;
 
 // The image's own size in pixels; none for what the library does not recognise as an image.
@@ -198,7 +200,7 @@ void FoCellWriter::enterGroup(wchar_t nCharacter)
     if (nGroup != 0)
     {
         flushSegment();
-        raw(L"<fo:inline>");
+        raw(nGroup == knArabicFontGroup ? ksArabicInline : L"<fo:inline>");
     }
 }
 

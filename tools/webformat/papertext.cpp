@@ -20,7 +20,7 @@ struct Range
 
 enum : unsigned
 {
-    kIdeographs = 1,
+    kIdeographs = knArabicFontGroup + 1,
     kRareIdeographs,
     kHangul,
     kSymbols,
@@ -28,7 +28,10 @@ enum : unsigned
 };
 
 // Sorted. What stands between is of the group 0.
-constexpr std::array<Range, 17> kaGroups = {{{0x0900, 0x109F, kBlocks},
+constexpr std::array<Range, 22> kaGroups = {{{0x0600, 0x06FF, knArabicFontGroup},
+{0x0750, 0x077F, knArabicFontGroup},
+{0x08A0, 0x08FF, knArabicFontGroup},
+{0x0900, 0x109F, kBlocks},
                                              {0x1100, 0x11FF, kHangul},
                                              {0x1200, 0x1CFF, kBlocks},
                                              {0x2300, 0x23FF, kSymbols},
@@ -41,8 +44,10 @@ constexpr std::array<Range, 17> kaGroups = {{{0x0900, 0x109F, kBlocks},
                                              {0xA500, 0xABFF, kBlocks},
                                              {0xAC00, 0xD7FF, kHangul},
                                              {0xF900, 0xFAFF, kIdeographs},
-                                             {0xFE30, 0xFE4F, kIdeographs},
-                                             {0xFF00, 0xFFEF, kIdeographs},
+                                             {0xFB50, 0xFDFF, knArabicFontGroup},
+{0xFE30, 0xFE4F, kIdeographs},
+                                             {0xFE70, 0xFEFE, knArabicFontGroup},
+{0xFF00, 0xFFEF, kIdeographs},
                                              {0x1F000, 0x1FBFF, kSymbols},
                                              {0x20000, 0x3FFFF, kRareIdeographs}}};
 

@@ -9,8 +9,9 @@ namespace tov {
 // fonts that are installed.
 
 // Characters of one group are printed with one font: 0 for the scripts that one text font usually holds (Latin, Greek,
-// Cyrillic, Hebrew, Arabic, Armenian, Georgian, punctuation and currency), other numbers for ideographs and kana,
+// Cyrillic, Hebrew, Armenian, Georgian, punctuation and currency), other numbers for Arabic, ideographs and kana,
 // ideographs outside the basic plane, Hangul, symbols and emoji, and each further script.
+constexpr unsigned knArabicFontGroup = 1;
 unsigned fontGroupOf(wchar_t nCharacter);
 
 // Whether the character belongs to the group of the one before it: combining marks and joiners.
