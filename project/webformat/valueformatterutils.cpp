@@ -1,7 +1,7 @@
 #include "webformat/valueformatterutils.h"
 
 #include "webformat/dateformatters.h"
-#include "webformat/numericformatter.h"
+#include "webformat/valueformatter.h"
 
 namespace tov {
 
@@ -49,14 +49,8 @@ constexpr SQLDataType kaServed[] = {
     SQLDataType(Type::kDecimal, Type::kStorageUInt32),
 };
 
-// The fraction digits of real numbers; a limit of one significant digit, which a reload may bring, leaves one.
-unsigned realDigits()
-{
-    return NumericFormatter<double>::getPrecision(NumericFormatter<double>::kDisplayAsReal);
-}
-
 // The formatters of all values, made on first use and never destroyed: values are also written while static objects go
-// away.
+// away. The limit of significant digits, which a reload may change, is read with each value and is not part of them.
 class PlainFormatters
 {
 public:
@@ -66,17 +60,14 @@ public:
         return s_tFormatters;
     }
 
-    // Null for a storage that is not served, and for one whose formatter would be another by now.
+    // Null for a storage that is not served.
     const WebValueFormatter* find(const SQLDataType& tType) const
     {
-        const bool bReal = tType.storageType() == Type::kStorageDouble && tType.primaryType() != Type::kPrimaryInteger;
-        if (!isKnown(tType) || (bReal && realDigits() != m_nRealDigits))
-            return nullptr;
-        return m_ahFormatters[tType.primaryType()][tType.storageType()].getPointer();
+        return isKnown(tType) ? m_ahFormatters[tType.primaryType()][tType.storageType()].getPointer() : nullptr;
     }
 
 private:
-    PlainFormatters() : m_nRealDigits(realDigits())
+    PlainFormatters()
     {
         for (const SQLDataType& tType : kaServed)
             m_ahFormatters[tType.primaryType()][tType.storageType()] = newFormatter(tType);
@@ -87,7 +78,6 @@ private:
         return tType.storageType() >= Type::kStorageInvalid && tType.storageType() < Type::kStorageTypeEnd_;
     }
 
-    unsigned m_nRealDigits;
     WebValueFormatterHandle m_ahFormatters[Type::kPrimaryTypeEnd_][Type::kStorageTypeEnd_];
 };
 

@@ -56,6 +56,8 @@ TEST(ValueFormatterUtils, WritesValuesTheSameEverywhere)
         {__LINE__, Type(Type::kUnsignedInteger), &t.nUnsigned, L"4000000000"},
         {__LINE__, Type(Type::kDouble), &t.fReal, L"1234.50"},
         {__LINE__, Type(Type::kReal), &t.fReal, L"1234.50"},
+        {__LINE__, Type(Type::kDecimal), &t.tDecimal, L"1234.5678901234567890123456789"},
+        {__LINE__, Type(Type::kNumeric), &t.tDecimal, L"1234.5678901234567890123456789"},
         {__LINE__, Type(Type::kVarChar), t.pText, L"a<b & 'c'"},
         {__LINE__, Type(Type::kChar), L"", L""},
         {__LINE__, Type(Type::kDate), &t.tMoment, L"2024-03-05"},
@@ -113,8 +115,8 @@ TEST(ValueFormatterUtils, ThrowsForAStorageThatNoFormatterReads)
     const long nValue = 1;
     for (const SQLDataType& tType :
          {Type(Type::kBigInt), Type(Type::kUnsignedBigInt), Type(Type::kInteger, Type::kStorageInt64),
-          Type(Type::kDouble, Type::kStorageWChar), Type(Type::kDouble, static_cast<Type::StorageType>(1000)),
-          Type(Type::kDouble, static_cast<Type::StorageType>(-1))})
+          Type(Type::kDouble, Type::kStorageWChar), Type(Type::kDouble, Type::kStorageTypeEnd_),
+          Type(Type::kDouble, static_cast<Type::StorageType>(15))})
     {
         StringBufferTemplate<wchar_t, 64> tBuffer;
         tBuffer.append(L"kept");
