@@ -56,8 +56,9 @@ TEST(ValueFormatterUtils, WritesValuesTheSameEverywhere)
         {__LINE__, Type(Type::kUnsignedInteger), &t.nUnsigned, L"4000000000"},
         {__LINE__, Type(Type::kDouble), &t.fReal, L"1234.50"},
         {__LINE__, Type(Type::kReal), &t.fReal, L"1234.50"},
-        {__LINE__, Type(Type::kDecimal), &t.tDecimal, L"1234.5678901234567890123456789"},
-        {__LINE__, Type(Type::kNumeric), &t.tDecimal, L"1234.5678901234567890123456789"},
+        // Two digits and sixteen more: the most that the default pattern of decimals has.
+        {__LINE__, Type(Type::kDecimal), &t.tDecimal, L"1234.567890123456789012"},
+        {__LINE__, Type(Type::kNumeric), &t.tDecimal, L"1234.567890123456789012"},
         {__LINE__, Type(Type::kVarChar), t.pText, L"a<b & 'c'"},
         {__LINE__, Type(Type::kChar), L"", L""},
         {__LINE__, Type(Type::kDate), &t.tMoment, L"2024-03-05"},
