@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 
 #include "tools/support/command.h"
@@ -109,9 +110,8 @@ TEST(Report, WritesAPageThatNoTextCanBreak)
     EXPECT_NE(tResult.sOutput.find("<html lang=\"he-IL\" dir=\"rtl\">"), std::string::npos);
     EXPECT_NE(tResult.sOutput.find("<title>&lt;/title&gt;&quot;</title>"), std::string::npos);
     EXPECT_NE(tResult.sOutput.find("<th scope=\"col\" class=\"text\">&lt;b&gt;&amp;</th>"), std::string::npos);
-    EXPECT_NE(tResult.sOutput.find("<td class=\"text c1\">&lt;script&gt;&amp;amp;</td>"), std::string::npos);
-    EXPECT_NE(tResult.sOutput.find("<td class=\"number c3\"><font style=\"color:red\">(5.00)</font></td>"),
-              std::string::npos);
+    EXPECT_NE(tResult.sOutput.find("<td class=\"c1\">&lt;script&gt;&amp;amp;</td>"), std::string::npos);
+    EXPECT_NE(tResult.sOutput.find("<td class=\"c3\"><font style=\"color:red\">(5.00)</font></td>"), std::string::npos);
     EXPECT_NE(tResult.sOutput.find(std::string("<img width=16 height=8 src=\"data:image/png;base64,") + kpPng + "\">"),
               std::string::npos);
     EXPECT_EQ(tResult.sOutput.find("dir=\"rtl\"", tResult.sOutput.find("<body")), std::string::npos);
@@ -219,6 +219,86 @@ TEST(Report, ShowsTimestampsInItsZoneUnlessAColumnHasItsOwn)
             << "row at line " << tRow.nLine << "\n"
             << tResult.sOutput;
     }
+}
+
+TEST(Report, ShowsEachRowInItsOwnCurrency)
+{
+    struct Row
+    {
+        int nLine;
+        const char* pFormat;  // of the column "a"
+        std::vector<const char*> vCells;
+    };
+    const std::string sTagColumn =
+        "<tov:currencyTagColumn><tovx:expr xsi:type='tovx:sqlExpression'>the \"tag\"</tovx:expr>"
+        "</tov:currencyTagColumn>";
+    const Row aRows[] = {
+        {__LINE__,
+         "<tov:dataFormat xsi:type='tov:conditionalcurrency' minDigits='1' maxDigits='1' negativeType='paren'>",
+         {"$1234.6", "($7.0)", "CHF 5.0", "¥0.0", "", "1235", "1235"}},
+        {__LINE__,
+         "<tov:dataFormat xsi:type='tov:conditionalcurrency' commas='true' minDigits='0' maxDigits='0'>",
+         {"$1,235", "-$7", "CHF 5", "¥0", "", "1235", "1235"}},
+    };
+    const TemporaryFolder tFolder;
+    const std::string sData =
+        "a,\"the \"\"tag\"\"\"\n1234.56,loc:en-US\n-7,loc:en-US\n5,int:CHF\n0,JPY\n,JPY\n1234.56,\n1234.56,XX9\n";
+    for (const Row& tRow : aRows)
+    {
+        const std::string sReport = reportXml("<tov:column name='a' type='double'>" + std::string(tRow.pFormat) +
+                                                  sTagColumn + "</tov:dataFormat></tov:column>",
+                                              " xmlns:tovx='urn:tov:schemas:expression:v1'");
+        const CommandResult tResult = render(tFolder, sReport, sData, "text");
+        EXPECT_EQ(tResult.sErrors,
+                  "webformat: " + tFolder.path("d.csv") +
+                      ":8:9: column \"the \"tag\"\": found \"XX9\", expected a currency tag such as "
+                      "\"loc:en-US\", \"int:EUR\" or \"USD\"; its amounts are shown as whole numbers\n");
+        std::string sCells = tResult.sOutput.substr(tResult.sOutput.find("-\n") + 2);
+        sCells.erase(std::remove(sCells.begin(), sCells.end(), ' '), sCells.end());
+        std::string sExpected;
+        for (const std::string sCell : tRow.vCells)
+            sExpected += sCell + "\n";
+        sExpected.erase(std::remove(sExpected.begin(), sExpected.end(), ' '), sExpected.end());
+        EXPECT_EQ(sCells, sExpected + "\n7rows\n") << "row at line " << tRow.nLine;
+        // Machines get the values.
+        EXPECT_EQ(render(tFolder, sReport, sData, "csv").sOutput,
+                  "a\r\n1234.56\r\n-7\r\n5\r\n0\r\n\r\n1234.56\r\n1234.56\r\n");
+    }
+}
+
+TEST(Report, TakesTheDigitsOfEachRowsCurrencyWhereThePatternNamesOnlyTheColumn)
+{
+    const TemporaryFolder tFolder;
+    for (const char* pName : {"tag", "'tag'", "&quot;tag&quot;", " tag "})
+    {
+        const CommandResult tResult =
+            render(tFolder,
+                   reportXml("<tov:column name='a' type='double'><tov:dataFormat xsi:type='tov:custom' "
+                             "customFormat=\"[$:currencyTagColumn=" +
+                             std::string(pName) + "]\"/></tov:column>"),
+                   "a,tag\n1234.5,loc:en-US\n-1234.5,loc:ja-JP\n1234.5,KWD\n", "html");
+        EXPECT_EQ(tResult.sErrors, "") << pName;
+        for (const char* pCell : {">$1,234.50<", ">-￥1,235<", ">1,234.500<"})
+            EXPECT_NE(std::string(tResult.sOutput).find(pCell + (pCell[1] == '1' ? 1 : 0)), std::string::npos)
+                << pName << pCell << tResult.sOutput.substr(tResult.sOutput.find("<tbody>"));
+    }
+}
+
+TEST(Report, NamesAtMostAHundredUnknownCurrencies)
+{
+    const TemporaryFolder tFolder;
+    std::string sData = "a,tag\n";
+    for (int nRow = 0; nRow < 3000; ++nRow)
+        sData += "1.25,x" + std::to_string(nRow) + std::string(nRow % 200, 'y') + "\n";
+    const CommandResult tResult =
+        render(tFolder,
+               reportXml("<tov:column name='a' type='double'><tov:dataFormat xsi:type='tov:custom' "
+                         "customFormat='[$:currencyTagColumn=tag]'/></tov:column>"),
+               sData, "text");
+    EXPECT_EQ(tResult.nStatus, 0);
+    EXPECT_EQ(std::count(tResult.sErrors.begin(), tResult.sErrors.end(), '\n'), 101);
+    EXPECT_NE(tResult.sErrors.find("\nwebformat: more currency tags are unknown; they are not named\n"),
+              std::string::npos);
 }
 
 TEST(Report, CountsItsRowsInItsLanguage)
@@ -378,6 +458,29 @@ TEST(Report, SaysWhatIsWrongWithAReportFileAndWhere)
          ":3:1: found no pattern, expected the attribute \"whistlerFormat\""},
         {__LINE__, format("xsi:type='tov:conditionalcurrency' currencyTag='EUR'"),
          ":3:1: found no tag column, expected"},
+        {__LINE__,
+         reportXml("<tov:column name='a' type='double'><tov:dataFormat xsi:type='tov:conditionalcurrency'>"
+                   "<tov:currencyTagColumn><x:expr xmlns:x='urn:tov:schemas:expression:v1'> </x:expr>"
+                   "</tov:currencyTagColumn></tov:dataFormat></tov:column>"),
+         ":2:36: found no tag column, expected"},
+        {__LINE__,
+         reportXml("<tov:column name='a' type='double'><tov:dataFormat xsi:type='tov:conditionalcurrency'>"
+                   "<tov:currencyTagColumn><x:expr xmlns:x='urn:tov:schemas:expression:v1'>b</x:expr>"
+                   "</tov:currencyTagColumn></tov:dataFormat></tov:column>"),
+         ":2:36: found the currency tag column \"b\", expected one of the data: \"a\""},
+        {__LINE__,
+         reportXml("<tov:column name='a' type='varchar'><tov:dataFormat xsi:type='tov:custom' "
+                   "customFormat='[$:currencyTagColumn=b]'/></tov:column>"),
+         ":2:37: found the currency tag column \"b\", expected one of the data: \"a\""},
+        {__LINE__, format("xsi:type='tov:custom' customFormat='[$:currencyTagColumn=]'"),
+         ":3:53: customFormat: found \"[$:currencyTagColumn=]\", expected a pattern or"},
+        {__LINE__, format("xsi:type='tov:custom' customFormat='[$:currencyTagColumn=a'"),
+         ":3:53: customFormat: found \"[$:currencyTagColumn=a\", expected a pattern or"},
+        {__LINE__, format("xsi:type='tov:currency' commas='true'"),
+         ":3:1: found no currency, expected the attribute \"currencyTag\""},
+        {__LINE__, format("xsi:type='tov:currency' currencyTag='loc:xx-YY'"),
+         ":3:54: currencyTag: found \"loc:xx-YY\", expected a currency tag such as \"loc:en-US\", \"int:EUR\" or "
+         "\"USD\""},
         {__LINE__, format("xsi:type='tov:text' textFormat='plain'"),
          ":3:1: found a data format that does not apply, expected one for values of the type \"double\""},
         {__LINE__, reportXml("<tov:column name='b' type='double'/>"),
@@ -566,10 +669,17 @@ TEST(Examples, ShowTheOrdersToReadersOfOtherCountries)
     };
     // The first order: due on 2021-09-06, ordered at 2021-08-29 13:51:37 in UTC.
     const Row aRows[] = {
-        {"sales-report", {"8/29/2021 9:51 AM ET", "Monday, September 6, 2021", "03d 00h 05m"}},
-        {"sales-report-de", {"Montag, 6. September 2021", "So. 29.08.2021 15:51 MEZ", "03 T. 00:05 Std."}},
-        {"sales-report-ja", {"2021年9月6日月曜日", "西暦 2021/08/29 午後 10:51 JST", "03日00時間05分"}},
-        {"sales-report-ru", {"понедельник, 6 сентября 2021 г.", "сентябрь 2021", "вс, 29.08.2021 16:51 GMT+3"}},
+        {"sales-report",
+         {"8/29/2021 9:51 AM ET", "Monday, September 6, 2021", "03d 00h 05m", "$558.21", "€&nbsp;558.21",
+          "8/29/21 9:51 AM"}},
+        {"sales-report-de",
+         {"Montag, 6. September 2021", "So. 29.08.2021 15:51 MEZ", "03 T. 00:05 Std.", "558,21&nbsp;€",
+          "€&nbsp;558,21"}},
+        {"sales-report-ja",
+         {"2021年9月6日月曜日", "西暦 2021/08/29 午後 10:51 JST", "03日00時間05分", "￥558", "€&nbsp;558.21"}},
+        {"sales-report-ru",
+         {"понедельник, 6 сентября 2021 г.", "сентябрь 2021", "вс, 29.08.2021 16:51 GMT+3", "558,21&nbsp;₽",
+          "€&nbsp;558,21"}},
     };
     const TemporaryFolder tFolder;
     for (const Row& tRow : aRows)
@@ -579,6 +689,7 @@ TEST(Examples, ShowTheOrdersToReadersOfOtherCountries)
             runCommand({"report", sourcePath("examples/" + std::string(tRow.pReport) + ".xml"), "--data",
                         sourcePath("examples/sales.csv"), "--output", "html", "-o", sPage});
         ASSERT_EQ(tResult.nStatus, 0) << tResult.sErrors;
+        EXPECT_EQ(tResult.sErrors, "") << tRow.pReport;
         const std::string sText = readFile(sPage);
         const std::string sFirst = sText.substr(sText.find("<tbody>"), sText.find("</tr>", sText.find("<tbody>")));
         for (const char* pCell : tRow.vCells)
