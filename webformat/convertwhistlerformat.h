@@ -30,10 +30,12 @@ public:
 
     // The definition that stands for a numeric format string: one of the 504 strings of the older notation becomes a
     // number, currency or percent definition, any other string a custom definition of the same pattern:
-    //     #,##0.00;[red](#,##0.00)   ->  number, grouped, 2 and 2 digits, red parentheses
-    //     $#,##0.00;($#,##0.00)      ->  currency "loc:en-US", grouped, 2 and 2 digits, minus   kept: no parentheses
-    //     #0%;[red](#0%)             ->  percent, ungrouped, 0 and 0 digits, minus              kept: no red, no
-    //     parentheses 0.00                       ->  custom "0.00"
+    //     #,##0.00;[red](#,##0.00)  ->  number, grouped, 2 and 2 digits, red parentheses
+    //     #0;[red]-#0               ->  number, ungrouped, 0 and 0 digits, red           kept: no minus
+    //     $#,##0.00;($#,##0.00)     ->  currency "loc:en-US", grouped, 2 digits, minus   kept: no parentheses
+    //     #0%;[red](#0%)            ->  percent, ungrouped, 0 and 0 digits, minus        kept: no style
+    //     0.00                      ->  custom "0.00"
+    // A string stands for itself only as a whole and in its own case. The result is never of the older notation.
     //
     // Caching, cost and threads as above.
     static WebValueFormatDefinitionHandle ConvertNumericFormat(const WebWhistlerFormatDefinition& tDefinition);
