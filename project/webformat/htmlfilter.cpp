@@ -1,6 +1,7 @@
 #include "project/webformat/htmlfilter.h"
 
 #include <algorithm>
+#include <cstdint>
 
 #include "utilities/stringutils.h"
 #include "webformat/textformatter.h"
@@ -25,7 +26,7 @@ constexpr std::size_t kLongestEntityName = 4;
 
 constexpr std::wstring_view kBracketTags[] = {L"[b]", L"[/b]", L"[i]", L"[/i]", L"[u]", L"[/u]", L"[br/]"};
 
-constexpr std::size_t kBlock = 8;
+constexpr std::size_t kBlock = 16;
 
 bool isBlank(wchar_t nChar)
 {
@@ -37,28 +38,30 @@ bool endsTagName(wchar_t nChar)
     return nChar == L'>' || nChar == L'/' || isBlank(nChar);
 }
 
-bool startsMarkup(wchar_t nChar)
-{
-    return nChar == L'<' || nChar == L'&';
-}
-
-// Without a branch on any one character, so that the compiler looks at several at once.
+// Without a branch on any one character, so that several are looked at in one step of the processor.
 bool isPlainBlock(const wchar_t* pText)
 {
-    bool bMarkup = false;
-#pragma GCC unroll 8
+    std::uint32_t nMarkup = 0;
     for (std::size_t nAt = 0; nAt < kBlock; ++nAt)
-        bMarkup |= static_cast<bool>((pText[nAt] == L'<') | (pText[nAt] == L'&'));
-    return !bMarkup;
+        nMarkup |= static_cast<std::uint32_t>(pText[nAt] == L'<') | static_cast<std::uint32_t>(pText[nAt] == L'&');
+    return nMarkup == 0;
+}
+
+bool isName(std::wstring_view sText, std::wstring_view sName)
+{
+    return sText.size() == sName.size() && StringUtils::equalsIgnoreCase(sText, sName);
 }
 
 // The name of the hidden element that the tag opens, empty for every other tag. `sTag` stands between "<" and ">".
 std::wstring_view openedHiddenElement(std::wstring_view sTag)
 {
-    const std::wstring_view sName(sTag.begin(), std::find_if(sTag.begin(), sTag.end(), &endsTagName));
+    std::size_t nName = 0;
+    while (nName < sTag.size() && !endsTagName(sTag[nName]))
+        ++nName;
+    const std::wstring_view sName = sTag.substr(0, nName);
     for (const std::wstring_view sHidden : s_ktHTMLLookUp)
     {
-        if (StringUtils::equalsIgnoreCase(sName, sHidden))
+        if (isName(sName, sHidden))
             return StringUtils::trim(sTag).ends_with(L'/') ? std::wstring_view() : sHidden;
     }
     return {};
@@ -80,15 +83,17 @@ const wchar_t* findMarkup(const wchar_t* pText, const wchar_t* pEnd)
 {
     while (static_cast<std::size_t>(pEnd - pText) >= kBlock && isPlainBlock(pText))
         pText += kBlock;
-    return std::find_if(pText, pEnd, &startsMarkup);
+    while (pText != pEnd && *pText != L'<' && *pText != L'&')
+        ++pText;
+    return pText;
 }
 
-std::wstring_view HtmlTextReader::next()
+std::wstring_view HtmlTextReader::next(std::size_t nMost)
 {
     while (!m_sRest.empty())
     {
         const wchar_t* const pText = m_sRest.data();
-        const wchar_t* const pMarkup = findMarkup(pText, pText + m_sRest.size());
+        const wchar_t* const pMarkup = findMarkup(pText, pText + std::min(m_sRest.size(), nMost));
         if (pMarkup != pText)
             return takeRun(static_cast<std::size_t>(pMarkup - pText));
         if (*pMarkup == L'&')
@@ -113,7 +118,7 @@ std::wstring_view HtmlTextReader::takeFromAmpersand()
         return takeRun(1);
     for (const Entity& tEntity : s_tEntityMap)
     {
-        if (StringUtils::equalsIgnoreCase(sStart.substr(0, nName), tEntity.sName))
+        if (isName(sStart.substr(0, nName), tEntity.sName))
         {
             m_sRest.remove_prefix(1 + nName + 1);
             return tEntity.sText;

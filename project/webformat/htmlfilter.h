@@ -23,8 +23,8 @@ class HtmlTextReader
 public:
     explicit HtmlTextReader(std::wstring_view sHtml) : m_sRest(sHtml) {}
 
-    // The next run; empty at the end.
-    std::wstring_view next();
+    // The next run, of at most `nMost` characters (not 0); empty at the end.
+    std::wstring_view next(std::size_t nMost = std::wstring_view::npos);
 
 private:
     std::wstring_view takeRun(std::size_t nLength);

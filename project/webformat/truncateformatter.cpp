@@ -215,14 +215,15 @@ void writeTruncatedText(WholeTextWriter& tWriter, std::wstring_view sHtml, std::
 void writeCutText(WholeTextWriter& tWriter, std::wstring_view sHtml, std::size_t nLimit)
 {
     HtmlTextReader tReader(sHtml);
-    for (std::wstring_view sRun = tReader.next(); nLimit != 0 && !sRun.empty(); sRun = tReader.next())
+    while (nLimit != 0)
     {
-        const std::wstring_view sKept = sRun.substr(0, nLimit);
-        tWriter.write(sKept);
-        nLimit -= sKept.size();
+        const std::wstring_view sRun = tReader.next(nLimit);
+        if (sRun.empty())
+            return;
+        tWriter.write(sRun);
+        nLimit -= sRun.size();
     }
-    if (nLimit == 0)
-        tWriter.write(ksSuffix);
+    tWriter.write(ksSuffix);
 }
 
 void writeWithTitle(WholeTextWriter& tWriter, std::wstring_view sHtml)
