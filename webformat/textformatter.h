@@ -58,6 +58,9 @@ private:
 // " & < > and two for an apostrophe, U+FFFD for U+FFFE and U+FFFF, which XML does not allow, then the JavaScript
 // encoding. All other outputs: only the two quotes, which is kept. The quotes are "&#39;" in kHTML and apostrophes
 // elsewhere. A null value counts as empty. It has no format string.
+//
+// Immutable; any number of threads may format through one object. Values of any length are written without memory of
+// their own: formatting allocates only if the buffer has to grow; where that fails, the buffer keeps its old length.
 class WEBFORMAT_EXPORT TextSQLLiteralFormatter final : public WebTextFormatter
 {
 public:

@@ -16,7 +16,11 @@ public:
     //
     // Example: an integer 1234 -> "1234"; a date -> "2024-03-05".
     //
-    // Throws InvalidHandleException where no formatter serves the type's storage (64-bit integers). Any thread.
+    // Null values append nothing, but for the two words. A type that is held in another storage than its own is read in
+    // that storage. Throws InvalidHandleException, with the buffer as it was, where no formatter serves the storage:
+    // 64-bit integers (with the factory's assertion "false"), texts and dates that are held as something else.
+    //
+    // The first call makes the formatters; later ones allocate only if the buffer has to grow. Any thread.
     static void valueToBuffer(const void* pValue, const SQLDataType& tType, StringBufferBaseTemplate<wchar_t>& tBuffer);
 };
 
