@@ -3,7 +3,7 @@
 #     include/webformat-1/webformat/*.h               the library's headers
 #     include/webformat-1/<platform library>/*.h      the headers that those include
 #     lib/libwebformat.so, lib/cmake/webformat-1/, lib/pkgconfig/webformat.pc
-#     share/webformat/formattermessages.xml
+#     share/webformat/formattermessages.xml, fop.xconf
 #     share/doc/webformat/
 # Every path inside it is relative, so that it may be moved or installed under any prefix.
 
@@ -14,7 +14,7 @@ set(webformat_package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/webformat-${PROJECT_V
 
 install(DIRECTORY webformat DESTINATION ${webformat_include_folder} FILES_MATCHING PATTERN "*.h")
 install(DIRECTORY platform/ DESTINATION ${webformat_include_folder} FILES_MATCHING PATTERN "*.h")
-install(FILES ${webformat_message_file} DESTINATION ${CMAKE_INSTALL_DATADIR}/webformat)
+install(FILES ${webformat_message_file} examples/fop.xconf DESTINATION ${CMAKE_INSTALL_DATADIR}/webformat)
 install(FILES README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR})
 

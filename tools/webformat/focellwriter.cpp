@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <string>
+#include <utility>
 
 #include "corefacade/imagesizedeterminer.h"
 #include "htmltokens.h"
@@ -134,7 +135,6 @@ void FoCellWriter::text(std::wstring_view sText, const FoStyle& tStyle)
     {
         closeStyle();
         putBreaks();
-        flushSegment();
         openStyle(tStyle);
     }
     for (const wchar_t nCharacter : sText)
@@ -170,10 +170,28 @@ void FoCellWriter::putBreaks()
 {
     if (m_nBreaks == 0)
         return;
-    m_sSegment.append(m_nBreaks, L'\n');
-    m_nBreaks = 0;
+    const FoStyle tStyle = m_tStyle;
+    closeStyle();
+    endLine();
+    m_sContent.append(std::exchange(m_nBreaks, 0), L'\n');
+    openStyle(tStyle);
+}
+
+// The line runs in the direction of its first letter.
+void FoCellWriter::endLine()
+{
+    const bool bEmbed = m_eFirst != TextDirection::kNeutral && m_eFirst != m_tOptions.eDirection;
+    if (bEmbed)
+        m_sContent.append(L"<fo:bidi-override unicode-bidi=\"embed\" direction=\"")
+            .append(m_eFirst == TextDirection::kRightToLeft ? L"rtl" : L"ltr")
+            .append(L"\">");
+    m_sContent += m_tLine.view();
+    if (bEmbed)
+        m_sContent += L"</fo:bidi-override>";
+    m_tLine.clear();
     m_nPiece = 0;
     m_nLast = L'\n';
+    m_eFirst = TextDirection::kNeutral;
 }
 
 // Breaks a word before the character that does not fit on a line any more.
@@ -249,7 +267,7 @@ void FoCellWriter::flushSegment()
 
 void FoCellWriter::encoded(std::wstring_view sText)
 {
-    ValueFormatterTypes::encodeToBufferOfType(m_tContent, ValueFormatterTypes::kPDF, sText.data(), sText.size());
+    ValueFormatterTypes::encodeToBufferOfType(m_tLine, ValueFormatterTypes::kPDF, sText.data(), sText.size());
 }
 
 void FoCellWriter::image(const FoImage& tImage, const FoStyle& tStyle)
@@ -278,18 +296,9 @@ void FoCellWriter::image(const FoImage& tImage, const FoStyle& tStyle)
 String FoCellWriter::finish()
 {
     closeStyle();
-    String sResult(m_tContent.view());
-    const bool bEmbed = m_tOptions.bEmbed && m_eFirst != TextDirection::kNeutral && m_eFirst != m_tOptions.eDirection;
-    if (bEmbed)
-        sResult = String(L"<fo:bidi-override unicode-bidi=\"embed\" direction=\"") +
-                  (m_eFirst == TextDirection::kRightToLeft ? L"rtl" : L"ltr") + L"\">" + sResult +
-                  L"</fo:bidi-override>";
-    m_tContent.clear();
-    m_nPiece = 0;
+    endLine();
     m_nBreaks = 0;
-    m_nLast = L'\n';
-    m_eFirst = TextDirection::kNeutral;
-    return sResult;
+    return std::exchange(m_sContent, String());
 }
 
 }  // namespace tov

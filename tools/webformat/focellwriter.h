@@ -49,7 +49,7 @@ private:
 //
 // Characters that need a font of their own stand in an inline of their own, because a processor chooses fonts word by
 // word. A word that is longer than a line gets zero-width spaces where it may break. Line breaks are line ends, so the
-// block must preserve them. Everything that came from a value is encoded. A cell whose first letter runs against the
+// block must preserve them. Everything that came from a value is encoded. A line whose first letter runs against the
 // report's direction is embedded in its own.
 class FoCellWriter final : public FoContentSink
 {
@@ -59,7 +59,6 @@ public:
         unsigned nLineWidth = 10000;                             // thousandths of the font size
         double fWidestPicture = 72;                              // points
         TextDirection eDirection = TextDirection::kLeftToRight;  // of the report
-        bool bEmbed = true;                                      // whether a cell may run in its own direction
     };
 
     explicit FoCellWriter(const Options& tOptions) : m_tOptions(tOptions) {}
@@ -77,17 +76,19 @@ private:
     void putBreaks();
     void makeRoom(wchar_t nCharacter);
     void enterGroup(wchar_t nCharacter);
+    void endLine();
     void openStyle(const FoStyle& tStyle);
     void closeStyle();
     void closeGroup();
     void flushSegment();
-    void raw(std::wstring_view sMarkup) { m_tContent.append(sMarkup.data(), sMarkup.size()); }
+    void raw(std::wstring_view sMarkup) { m_tLine.append(sMarkup.data(), sMarkup.size()); }
     void encoded(std::wstring_view sText);
 
     Options m_tOptions;
-    StringBufferTemplate<wchar_t, 1023> m_tContent;
-    String m_sSegment;  // text that is not encoded yet
-    FoStyle m_tStyle;   // of the open elements
+    String m_sContent;                            // the lines before
+    StringBufferTemplate<wchar_t, 1023> m_tLine;  // this line
+    String m_sSegment;                            // text that is not encoded yet
+    FoStyle m_tStyle;                             // of the open elements
     unsigned m_nGroup = 0;
     unsigned m_nPiece = 0;      // the width since the last place where the line may break
     std::size_t m_nBreaks = 0;  // line breaks that wait for content

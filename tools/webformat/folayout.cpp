@@ -24,7 +24,7 @@ constexpr std::array<Page, 6> kaPages = {{{841.9, 595.3, 8},
 constexpr double kfMargin = 28.3;  // 10 mm
 constexpr double kfPadding = 3;
 constexpr double kfWidestText = 34;   // lines of text beyond are broken
-constexpr double kfWidestWord = 12;   // words of text beyond are broken
+constexpr double kfWidestWord = 16;   // words of text beyond are broken
 constexpr double kfWidestValue = 40;  // and values
 // How much of the room between the narrowest and the natural width a page must offer.
 constexpr double kfComfort = 0.4;

@@ -33,6 +33,8 @@ void runReport(const ReportOptions& tOptions)
         writeHtmlReport(tReport, *pData, tOptions.nThreads, tOutput);
     else if (tOptions.sOutput == "text")
         writeTextReport(tReport, *pData, tOptions.nThreads, tOutput);
+    else if (tOptions.sOutput == "fo")
+        writeFoReport(tReport, *pData, tOutput);
     else if (tOptions.sOutput == "xlsx")
         writeXlsxReport(tReport, *pData, tOutput);
     else
@@ -53,7 +55,7 @@ void addReportCommand(CLI::App& tApp, CommandAction& tAction)
         ->required();
     pCommand->add_option("--output", pOptions->sOutput, "What to write")
         ->required()
-        ->check(CLI::IsMember({"html", "text", "csv", "xlsx"}));
+        ->check(CLI::IsMember({"html", "text", "csv", "fo", "xlsx"}));
     pCommand->add_option("-o", pOptions->sFile, "Where to write it; standard output unless given")->type_name("FILE");
     pCommand->add_option("--csv-formulas", pOptions->sFormulas, "Text in CSV that a spreadsheet would run as a formula")
         ->check(CLI::IsMember({"keep", "escape"}))

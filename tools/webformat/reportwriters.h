@@ -30,6 +30,10 @@ void writeTextReport(const ReportDefinition& tReport, DataSource& tData, unsigne
 void writeCsvReport(const ReportDefinition& tReport, DataSource& tData, CsvFormulas eFormulas, unsigned nThreads,
                     OutputFile& tOutput);
 
+// An XSL-FO document (docs/paper.md) that a formatter turns into a PDF: one table with a heading on every page, in two
+// passes over the data, on landscape pages as large as the columns need.
+void writeFoReport(const ReportDefinition& tReport, DataSource& tData, OutputFile& tOutput);
+
 // A workbook (Office Open XML) of one worksheet: numbers and dates as such under the columns' Excel patterns,
 // everything else as text (docs/excel.md). The same report and data give the same bytes; memory does not grow with the
 // rows. More columns or rows than a worksheet has are an InputError.
