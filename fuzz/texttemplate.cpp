@@ -1,6 +1,7 @@
 // The text template: every text parses, its elements stand in their places, the merged form writes what the elements
 // write one by one, in all outputs.
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 

@@ -58,6 +58,7 @@ constexpr Row kRows[] = {
     // Quoted text is copied whole, with its semicolons and its backslash pairs.
     {__LINE__, L"\"a;b\";c", L"[html]\"a;b\";c"},
     {__LINE__, L"\"a\\\";b\";c", L"[html]\"a\\\";b\";c"},
+    {__LINE__, L"\"a\\\";b\";;c", L"[html]\"a\\\";b\";[text]c"},
     {__LINE__, L"\"a\\\\\";;c", L"[html]\"a\\\\\";[text]c"},
     {__LINE__, L"\"\";;", L"[html]\"\";[text]"},
     {__LINE__, L"\"a;;b", L"[html]\"a;;b"},

@@ -104,6 +104,8 @@ constexpr Row kRows[] = {
     {__LINE__, L"@[html]@H", kPDF, L"<b>x</b>", L"<lumfo:html2fo src=\"&lt;b&gt;x&lt;/b&gt;\"/>"},
     {__LINE__, L"@[html]@N", kXLSX, L"a b", L"<lumfo:html2fo src=\"&lt;pre>a b&lt;/pre>\"/>"},
     {__LINE__, L"[html]@;\"<none>\"", kPDF, L"x", L"<lumfo:html2fo src=\"x\"/>"},
+    // Kept: an image element in an [html] section breaks out of the wrapper's attribute.
+    {__LINE__, L"[html]@I", kPDF, L"a.png", L"<lumfo:html2fo src=\"<fo:external-graphic src=\"url('a.png')\"/>\"/>"},
     // Cuts: the rest of the template is lost, which is kept.
     {__LINE__, L"a@T(3)b", kText, L"<b>abcdef</b>", L"aabc..."},
     {__LINE__, L"@T(0)", kText, L"abcdefghijklmnopqrstuvwxyz", L"abcdefghijklmnopqrst..."},
