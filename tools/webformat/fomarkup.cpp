@@ -115,6 +115,7 @@ private:
     void handleSuppressed(const HtmlTag& tTag);
     void countElement(const HtmlTag& tTag, unsigned& nCount, bool FoStyle::*pSwitch);
     void startBlock();
+    void trimEnd();
     void appendFlowing(std::wstring_view sText);
 
     unsigned m_nBold = 0;
@@ -137,6 +138,7 @@ void FragmentReader::read(std::wstring_view sHtml)
         else if (m_sSuppressed.empty())
             handleText(tTokens.text());
     }
+    trimEnd();
     flush();
 }
 
@@ -193,8 +195,16 @@ void FragmentReader::startBlock()
     m_bBlockPending = m_bContent || !m_bLineStart;
 }
 
+// A blank at the end of a line shows nowhere.
+void FragmentReader::trimEnd()
+{
+    if (!m_tStyle.bPreformatted && !m_sText.empty() && m_sText.back() == L' ')
+        m_sText.pop_back();
+}
+
 void FragmentReader::breakLine()
 {
+    trimEnd();
     flush();
     m_tSink.lineBreak();
     m_bContent = true;
