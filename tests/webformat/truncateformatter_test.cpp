@@ -202,7 +202,7 @@ TEST(TruncateFormatter, TakesNullForEmpty)
 
 TEST(TruncateFormatter, ClosesAnyNumberOfTags)
 {
-    for (const std::size_t nTags : {31U, 32U, 33U, 34U, 100U, 10000U})
+    for (const std::size_t nTags : {31U, 32U, 33U, 34U, 100U, 2000U})
     {
         String sOpen;
         String sClosing;
@@ -215,6 +215,16 @@ TEST(TruncateFormatter, ClosesAnyNumberOfTags)
         EXPECT_EQ(visiblePart(1, sOpen + L"xy"), sOpen + L"x" + sClosing + L"...") << nTags;
         EXPECT_EQ(visiblePart(2, sOpen + L"x" + sClosing + L"yz"), sOpen + L"x" + sClosing + L"y...") << nTags;
     }
+}
+
+TEST(TruncateFormatter, OpensAndClosesTagsAgainAndAgainWhereTheFirst32End)
+{
+    String sHtml;
+    for (int n = 0; n < 30; ++n)
+        sHtml += L"<b>";
+    for (int n = 0; n < 1000; ++n)
+        sHtml += L"<i><u><s><q>x</q></s></u></i>";
+    EXPECT_EQ(visiblePart(1000, sHtml), HtmlReference::visiblePart(sHtml, 1000).first);
 }
 
 TEST(TruncateFormatter, AllocatesNothingForUpTo32OpenTags)
@@ -254,7 +264,7 @@ TEST(TruncateFormatter, LeavesTheBufferAsItWasWhereMemoryRunsOut)
 TEST(TruncateFormatter, AgreesWithThePlainWalkOnRandomMarkup)
 {
     std::mt19937 tRandom(20260523);
-    for (int nRound = 0; nRound < 20000; ++nRound)
+    for (int nRound = 0; nRound < 8000; ++nRound)
     {
         const String sHtml = randomMarkup(tRandom, 16);
         const unsigned long nLimit = tRandom() % 60;
