@@ -58,10 +58,10 @@ constexpr Hostile kEncoded[] = {{L"a"},  {L"&"},      {L"<"},      {L"'"},      
                                 {L"\n"}, {L"\x2028"}, {L"\xFFFE"}, {L"aaaaaaaaa<"}, {L"\xD800"}};
 
 constexpr Hostile kTextPatterns[] = {
-    {L"a"},      {L"@"},       {L"["},      {L"[a]"},   {L"\""},     {L"\"a\""}, {L"\\"},
-    {L";"},      {L"@\"a\";"}, {L"&nbsp;"}, {L"&nbsp"}, {L"@T("},    {L"@T(1,"}, {L"@I("},
-    {L"@I( "},   {L"@I(1,1)"}, {L"@H"},     {L"@J;"},   {L"[html]"}, {L"[html"}, {L"[html]@[text]"},
-    {L"\"\\\""}, {L"[\"]"},
+    {L"a"},      {L"@"},       {L"["},         {L"[a]"},          {L"\""},          {L"\"a\""},      {L"\\"},
+    {L";"},      {L"@\"a\";"}, {L"&nbsp;"},    {L"&nbsp"},        {L"@T("},         {L"@T(1,"},      {L"@I("},
+    {L"@I( "},   {L"@I(1,1)"}, {L"@H"},        {L"@J;"},          {L"[html]"},      {L"[html"},      {L"[html]@[text]"},
+    {L"\"\\\""}, {L"[\"]"},    {L"@T(", L")"}, {L"@T(5 ", L",)"}, {L"@T(5,", L")"}, {L"@I(;", L")"}, {L"@I ", L"()"},
 };
 
 constexpr Hostile kNumberPatterns[] = {
@@ -165,6 +165,12 @@ void parseTextPattern(const String& sPattern)
         WebTextFormatter::ParseCustomFormat(sPattern, Locale::kUSA, eOutput)->formatAsString(L"<a>[b]'");
 }
 
+// An [html] section of a document, in which a semicolon starts the next part.
+void parseDocumentPattern(const String& sPattern)
+{
+    WebTextFormatter::ParseCustomFormat(L"[html]" + sPattern, Locale::kUSA, Types::kPDF)->formatAsString(L"<a>[b]'");
+}
+
 void convertTextFormat(const String& sFormat)
 {
     WebConvertWhistlerFormat::ConvertTextFormat(WebWhistlerFormatDefinition(sFormat));
@@ -217,6 +223,7 @@ int main()
     measureAll("bracket tags", kBrackets, &convertBracketTags);
     measureAll("encoders", kEncoded, &encode);
     measureAll("text pattern", kTextPatterns, &parseTextPattern);
+    measureAll("text pattern of a document", kTextPatterns, &parseDocumentPattern);
     measureAll("text values", kValues, &formatText);
     measureAll("SQL literals", kEncoded, &formatSQLLiteral);
     measureAll("older text format", kTextPatterns, &convertTextFormat);
