@@ -35,10 +35,10 @@ struct TextTreatments;
 // it to an XSL-FO processor. In all other outputs a semicolon is text, and there is no section for null and empty
 // values.
 //
-// Numbers are decimal, blanks before them and anything behind them up to the comma or the parenthesis are skipped; 0, no
-// digits and no closing parenthesis mean "not given", and what is larger than a field is its largest value. Where the
-// first number of a "T" is not given the whole list is ordinary text; where only the second is not, it is, too, but the
-// first counts.
+// Numbers are decimal, blanks before them and anything behind them up to the comma or the parenthesis are skipped; 0,
+// no digits and no closing parenthesis mean "not given", and what is larger than a field is its largest value. Where
+// the first number of a "T" is not given the whole list is ordinary text; where only the second is not, it is, too, but
+// the first counts.
 //
 // Literal text is encoded for the output, unless the section for that output wrote it. Example: `"<b>"@"</b>"` in an
 // [html] section is the elements literal "<b>", reference kText, literal "</b>".
