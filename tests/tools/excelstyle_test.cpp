@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "webbedrock/utf8.h"
+
 namespace tov {
 
 namespace {
@@ -23,12 +25,17 @@ TEST(ExcelStyle, WritesPatternsAsCssStrings)
         {__LINE__, L"mso-number-format:'#,##0.00';", R"(mso-number-format:'\#\,\#\#0\.00')"},
         {__LINE__, L"mso-number-format:'0&quot;%&quot;';", R"(mso-number-format:'0\"\%\"')"},
         {__LINE__, L"mso-number-format:'&amp;quot;';", R"(mso-number-format:'\&quot\;')"},  // undone once
-        {__LINE__, L"mso-number-format:'a';} td { color:red';", R"(mso-number-format:'a\'\;\}\ td\ \{\ color\:red')"},
-        {__LINE__, L"mso-number-format:'&#39;;}</style>';", R"(mso-number-format:'\'\;\}\<\/style\>')"},
-        {__LINE__, L"mso-number-format:'0&quot;\\&#39;s&quot;\\\\&quot;';", R"(mso-number-format:'0\"\'s\"\\\"')"},
+        {__LINE__, L"mso-number-format:'a';} td { color:red';",
+         R"(mso-number-format:'a\0027\;\}\ td\ \{\ color\:red')"},
+        {__LINE__, L"mso-number-format:'&#39;;}</style>';", R"(mso-number-format:'\0027\;\}\<\/style\>')"},
+        {__LINE__, L"mso-number-format:'0&quot;\\&#39;s&quot;\\\\&quot;';", R"(mso-number-format:'0\"\0027s\"\\\"')"},
         {__LINE__, L"mso-number-format:'a\\';", R"(mso-number-format:'a\\')"},
-        {__LINE__, L"mso-number-format:'a\nb';", R"(mso-number-format:'a\0a b')"},
+        {__LINE__, L"mso-number-format:'a\nb';", R"(mso-number-format:'a\000a\0062')"},
         {__LINE__, L"mso-number-format:'[$€]0';", "mso-number-format:'\\[\\$\xE2\x82\xAC\\]0'"},
+        {__LINE__, L"mso-number-format:'\\&#39;e0x\\&#39;g';", R"(mso-number-format:'\0027\0065\0030x\0027g')"},
+        {__LINE__, L"mso-number-format:'0;[red](0)';", R"(mso-number-format:'0\;\[RED\]\(0\)')"},
+        {__LINE__, L"mso-number-format:'&quot;[red]&quot;0';", R"(mso-number-format:'\"\[red\]\"0')"},  // quoted: text
+        {__LINE__, L"mso-number-format:'\\\\&quot;[red]0';", R"(mso-number-format:'\\\"\[RED\]0')"},
         {__LINE__, L"mso-format-number:date", "mso-format-number:date"},
         // No declaration of one name and one value: nothing.
         {__LINE__, L"", ""},
@@ -39,6 +46,22 @@ TEST(ExcelStyle, WritesPatternsAsCssStrings)
     };
     for (const Row& tRow : aRows)
         EXPECT_EQ(excelDeclaration(tRow.pStyle), tRow.pExpected) << "row at line " << tRow.nLine;
+}
+
+TEST(ExcelStyle, SeesCommasThatDivide)
+{
+    constexpr std::pair<const wchar_t*, bool> aRows[] = {
+        {L"mso-number-format:'0,';", true},
+        {L"mso-number-format:'#,##0,,';", true},
+        {L"mso-number-format:'0.0,&quot;K&quot;;-0.0,&quot;K&quot;';", true},
+        {L"mso-number-format:'0;0,';", true},
+        {L"mso-number-format:'#,##0.00_);(#,##0.00)';", false},
+        {L"mso-number-format:'0&quot;,&quot;';", false},
+        {L"mso-number-format:'0\\\\,0';", false},
+        {L"", false},
+    };
+    for (const auto& [pStyle, bExpected] : aRows)
+        EXPECT_EQ(dividesByThousands(pStyle), bExpected) << toUtf8(pStyle);
 }
 
 TEST(ExcelStyle, UndoesEntitiesOnce)

@@ -9,6 +9,7 @@
 #include "eastasianwidth.h"
 #include "excelstyle.h"
 #include "webbedrock/utf8.h"
+#include "webformat/numericformatter.h"
 #include "webformat/timestampformatter.h"
 
 namespace tov {
@@ -20,6 +21,8 @@ constexpr int knMostSectionMarks = 3;
 // What stands bare in the patterns of numbers and dates.
 constexpr std::wstring_view ksBareCharacters = L"0#?.,%$-+/():_ dmyhsAMP";
 constexpr std::wstring_view ksFraction = L".0";
+constexpr std::wstring_view ksHalfOfDay = L" AM";
+constexpr std::wstring_view ksQuotedPercent = L"\"%\"";
 
 // A formatter a row is a currency a row: there are some 300. More are forgotten all at once.
 constexpr std::size_t knMostPatterns = 1000;
@@ -70,6 +73,16 @@ DateTime withoutFraction(DateTime tValue)
     return tValue;
 }
 
+// Whether the Excel pattern of a number's definition leaves a reader with another number than the formatter does: it
+// knows no name of a scale ("17.9M"), and quotes a percent sign in front of the digits, so that it has no effect.
+// The formatter's own pattern says both, in Excel's words; so it does where brackets stand in a definition's pattern
+// that only formatters read.
+bool showsAnotherScale(const WebValueFormatDefinition& tDefinition, std::wstring_view sPattern)
+{
+    const auto* pNumber = dynamic_cast<const WebNumberFormatDefinitionBase*>(&tDefinition);
+    return pNumber && (!pNumber->getScaleFactor().empty() || sPattern.starts_with(ksQuotedPercent));
+}
+
 // The columns that the longest date takes under a pattern, whatever the language of the names.
 std::size_t dateWidth(std::wstring_view sPattern)
 {
@@ -92,6 +105,16 @@ std::size_t numberWidth(double fNumber, std::wstring_view sPattern)
     const std::size_t nPattern = displayWidth(sSection.substr(0, sSection.find(L';')));
     const bool bGroups = sPattern.find(L"#,#") != std::wstring_view::npos;
     return nDigits + (bGroups ? nDigits / 3 : 0) + (nPattern > 5 ? nPattern - 5 : 0) + (fNumber < 0 ? 1 : 0);
+}
+
+const wchar_t* isoTextPattern(const SQLDataType& tType)
+{
+    switch (tType.dataType())
+    {
+    case SQLDataType::kDate: return L"yyy-MM-dd";
+    case SQLDataType::kTime: return L"HH:mm:ss.#########";
+    default: return L"yyy-MM-dd HH:mm:ss.#########";
+    }
 }
 
 }  // namespace
@@ -131,7 +154,8 @@ ExcelColumn::ExcelColumn(const ReportDefinition& tReport, const ReportColumn& tC
     : m_tReport(tReport), m_tColumn(tColumn), m_eCategory(tColumn.tType.category())
 {
     if (isCalendar())
-        m_hIso = WebValueFormatter::GetCSVFormatter(tColumn.tType, Locale::kUSA, ValueFormatterTypes::kText);
+        m_hIso = WebValueFormatter::GetCustomFormatter(tColumn.tType, isoTextPattern(tColumn.tType), Locale::kUSA,
+                                                       ValueFormatterTypes::kText, KTWUILanguage::kDefaultLanguage);
 }
 
 ExcelCell ExcelColumn::cellOf(const TypedValue& tValue, const WebValueFormatterHandle& hFormatter, const String& sText)
@@ -164,8 +188,6 @@ String ExcelColumn::excelPatternOf(const WebValueFormatDefinition& tDefinition) 
                                                         WebValueFormatDefinition::kFormatPatternExcel));
 }
 
-// A definition's pattern may hold brackets that only the formatter reads (a scale beside a currency): then that of the
-// formatter's own pattern says it in Excel's words.
 std::optional<String> ExcelColumn::findPattern(const WebValueFormatter& tFormatter) const
 {
     if (!tFormatter.IsValidExcelPattern())
@@ -173,12 +195,16 @@ std::optional<String> ExcelColumn::findPattern(const WebValueFormatter& tFormatt
     String sPattern;
     if (!tFormatter.checkAndReplaceFormatMaskForExcel(sPattern) && !m_tColumn.hDefinition.isNull())
         sPattern = excelPatternOf(*m_tColumn.hDefinition);
-    if (isWritableExcelPattern(sPattern))
+    // Alone it would show an "A" and the month, and leave the clock at 24 hours.
+    if (isCalendar() && sPattern.ends_with(ksHalfOfDay))
+        sPattern += L"/PM";
+    const bool bWritable = isWritableExcelPattern(sPattern);
+    if (bWritable && !(!m_tColumn.hDefinition.isNull() && showsAnotherScale(*m_tColumn.hDefinition, sPattern)))
         return sPattern;
-    sPattern = excelPatternOf(WebCustomFormatDefinition(tFormatter.GetCustomFormatString()));
-    if (!sPattern.empty() && isWritableExcelPattern(sPattern))
-        return sPattern;
-    return std::nullopt;
+    const String sOwn = excelPatternOf(WebCustomFormatDefinition(tFormatter.GetCustomFormatString()));
+    if (!sOwn.empty() && isWritableExcelPattern(sOwn))
+        return sOwn;
+    return bWritable ? std::optional(sPattern) : std::nullopt;
 }
 
 ExcelCell ExcelColumn::numberCell(const TypedValue& tValue, const WebValueFormatter& tFormatter, const String& sPattern)
@@ -210,11 +236,10 @@ ExcelCell ExcelColumn::calendarCell(const TypedValue& tValue, const WebValueForm
         tShown = pTimeStamp->displayedTime(tShown);
     const std::wstring_view sUsed = sPattern.empty() ? isoPattern(tShown) : sPattern;
     // A spreadsheet rounds to the seconds that it shows; a fraction that does not show must not change them.
-    if (sUsed.find(ksFraction) == std::wstring_view::npos)
-        tShown = withoutFraction(tShown);
+    const DateTime tHeld = sUsed.find(ksFraction) == std::wstring_view::npos ? withoutFraction(tShown) : tShown;
     if (m_tColumn.tType.dataType() == SQLDataType::kTime && !showsDate(sUsed))
-        return {ExcelCell::kNumber, excelTime(tShown), sUsed, {}};
-    if (const std::optional<double> tSerial = excelSerial(tShown))
+        return {ExcelCell::kNumber, excelTime(tHeld), sUsed, {}};
+    if (const std::optional<double> tSerial = excelSerial(tHeld))
         return {ExcelCell::kNumber, *tSerial, sUsed, {}};
     m_sText = m_hIso->formatAsString(&tShown);
     return {ExcelCell::kText, 0, {}, m_sText};

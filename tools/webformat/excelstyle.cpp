@@ -27,18 +27,28 @@ bool isAsciiLetterOrDigit(wchar_t nCharacter)
     return (nCharacter >= L'A' && nCharacter <= L'Z') || (nCharacter != L'-' && isNameCharacter(nCharacter));
 }
 
+bool isHexDigit(wchar_t nCharacter)
+{
+    return (nCharacter >= L'0' && nCharacter <= L'9') || (nCharacter >= L'a' && nCharacter <= L'f') ||
+           (nCharacter >= L'A' && nCharacter <= L'F');
+}
+
 // A backslash takes every ASCII character that is no letter or digit out of the grammar of style sheets and of HTML
-// ("</style"); controls have no such form and stand as their number, ended by a blank.
+// ("</style"). Controls have no such form, and spreadsheets know none of the apostrophe: they stand as four digits.
+// What would be read as one more digit stands as its own number, too; the blank that may end a number is a blank to
+// some.
 std::string cssString(std::wstring_view sText)
 {
     constexpr char aHex[] = "0123456789abcdef";
     std::string sResult = "'";
+    bool bNumber = false;
     for (const wchar_t nCharacter : sText)
     {
-        if (nCharacter < 0x20 || nCharacter == 0x7F)
+        bNumber = nCharacter < 0x20 || nCharacter == 0x7F || nCharacter == L'\'' || (bNumber && isHexDigit(nCharacter));
+        if (bNumber)
         {
             // U+0000 has no escape in a style sheet: it reads as the replacement character anyway.
-            sResult.append("\\").append(1, aHex[nCharacter >> 4 & 15]).append(1, aHex[nCharacter & 15]).append(" ");
+            sResult.append("\\00").append(1, aHex[nCharacter >> 4 & 15]).append(1, aHex[nCharacter & 15]);
             continue;
         }
         if (nCharacter < 0x80 && !isAsciiLetterOrDigit(nCharacter))
@@ -81,7 +91,41 @@ String withoutStyleEscapes(std::wstring_view sText)
     return sResult;
 }
 
+// The colour in capitals: not all spreadsheets know it otherwise in a page. What stands in quotes is text.
+String withCapitalColour(String sPattern)
+{
+    constexpr std::wstring_view sColour = L"[red]";
+    bool bQuoted = false;
+    for (std::size_t nAt = 0; nAt < sPattern.size(); ++nAt)
+    {
+        bQuoted = bQuoted != (sPattern[nAt] == L'"');
+        if (!bQuoted && sPattern[nAt] == L'\\')
+            ++nAt;
+        else if (!bQuoted && sPattern.compare(nAt, sColour.size(), sColour) == 0)
+            sPattern.replace(nAt, sColour.size(), L"[RED]");
+    }
+    return sPattern;
+}
+
 }  // namespace
+
+bool dividesByThousands(std::wstring_view sMsoStyle)
+{
+    const String sPattern = withoutStyleEscapes(withoutEntities(sMsoStyle));
+    bool bQuoted = false;
+    bool bDigit = false;
+    for (std::size_t nAt = 0; nAt < sPattern.size(); ++nAt)
+    {
+        const wchar_t nNext = nAt + 1 < sPattern.size() ? sPattern[nAt + 1] : L'\0';
+        bQuoted = bQuoted != (sPattern[nAt] == L'"');
+        if (!bQuoted && sPattern[nAt] == L'\\')
+            ++nAt;
+        else if (!bQuoted && sPattern[nAt] == L',' && bDigit && nNext != L'#' && nNext != L'0')
+            return true;
+        bDigit = !bQuoted && (sPattern[nAt] == L'#' || sPattern[nAt] == L'0');
+    }
+    return false;
+}
 
 String withoutEntities(std::wstring_view sText)
 {
@@ -111,7 +155,8 @@ std::string excelDeclaration(std::wstring_view sMsoStyle)
         return sName + toUtf8(sValue);
     if (sValue.size() < 2 || sValue.front() != L'\'' || sValue.back() != L'\'')
         return std::string();
-    return sName + cssString(withoutStyleEscapes(withoutEntities(sValue.substr(1, sValue.size() - 2))));
+    return sName +
+           cssString(withCapitalColour(withoutStyleEscapes(withoutEntities(sValue.substr(1, sValue.size() - 2)))));
 }
 
 }  // namespace tov

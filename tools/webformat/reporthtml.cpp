@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -50,12 +51,8 @@ th {
 td { white-space: nowrap; }
 tbody tr:hover td { background: var(--hover); }
 .number { text-align: right; }
-td.number { direction: ltr; unicode-bidi: isolate; }
-td.text {
-  white-space: pre-line; min-width: 8rem; max-width: 18rem; overflow-wrap: break-word; unicode-bidi: plaintext;
-}
-td.text, th.text { text-align: left; }
-[dir="rtl"] td.text, [dir="rtl"] th.text { text-align: right; }
+th.text { text-align: left; }
+[dir="rtl"] th.text { text-align: right; }
 td.data { max-width: 18rem; overflow-wrap: anywhere; white-space: normal; }
 td img { display: block; max-width: 12rem; max-height: 6rem; width: auto; height: auto; }
 td font[style*="red"] { color: var(--red) !important; }
@@ -66,11 +63,30 @@ td font[style*="red"] { color: var(--red) !important; }
 }
 )css";
 
+// How the cells of numbers and of texts look.
+constexpr std::string_view ksNumberRule = "text-align: right; direction: ltr; unicode-bidi: isolate;";
+constexpr std::string_view ksTextRule =
+    "white-space: pre-line; min-width: 8rem; max-width: 18rem; overflow-wrap: break-word; unicode-bidi: plaintext;";
+
 std::string escaped(std::wstring_view sText)
 {
     StringBufferTemplate<wchar_t, 255> tBuffer;
     ValueFormatterTypes::encodeToBufferOfType(tBuffer, ValueFormatterTypes::kHTML, sText.data(), sText.size());
     return toUtf8(tBuffer.view());
+}
+
+// Whether the texts of dates are such that a spreadsheet takes them for numbers: it would show the year 2024 as a day
+// of 1905, because serial number 2,024 is one.
+bool looksLikeNumber(const WebValueFormatter& tFormatter)
+{
+    if (tFormatter.valueStorageType() != SQLDataType::kStorageTimeStamp)
+        return false;
+    const DateTime tSample(2001, 11, 12, 13, 14, 15);
+    const String sText = tFormatter.formatAsString(&tSample);
+    const auto isPoint = [](wchar_t nCharacter) { return nCharacter == L'.' || nCharacter == L','; };
+    const auto isPart = [&](wchar_t nCharacter)
+    { return isPoint(nCharacter) || (nCharacter >= L'0' && nCharacter <= L'9'); };
+    return std::all_of(sText.begin(), sText.end(), isPart) && std::count_if(sText.begin(), sText.end(), isPoint) <= 1;
 }
 
 // Writes the rows of a chunk as rows of the table.
@@ -127,11 +143,15 @@ public:
 private:
     void writeHead();
     void writeExcelStyles();
+    void writeCellRules();
+    std::string ruleFor(std::string sSelectors, bool (ReportColumns::*pIsOfKind)(std::size_t) const,
+                        std::string_view sDeclarations) const;
     String excelStyle(std::size_t nColumn) const;
+    bool isText(std::size_t nColumn, const String& sStyle) const;
     void writeHeadings();
     std::uint64_t writeRows(unsigned nThreads);
     void writeFoot(std::uint64_t nRows);
-    std::string classesOf(std::size_t nColumn, bool bCell) const;
+    std::string classOf(std::size_t nColumn, bool bCell) const;
     std::string title() const;
 
     const ReportDefinition& m_tReport;
@@ -152,7 +172,7 @@ std::uint64_t Page::writeRows(unsigned nThreads)
 {
     std::vector<std::string> vOpenings;
     for (std::size_t nColumn = 0; nColumn < m_tColumns.count(); ++nColumn)
-        vOpenings.push_back("<td" + classesOf(nColumn, true) + ">");
+        vOpenings.push_back("<td" + classOf(nColumn, true) + ">");
     return RowPipeline::run(m_tData, makeWorkers<HtmlRows>(nThreads, m_tColumns, m_tData, vOpenings), m_tOutput);
 }
 
@@ -169,14 +189,17 @@ void Page::writeHead()
                     (isRightToLeft(sTag) ? " dir=\"rtl\"" : "") + ">\n<head>\n<meta charset=\"utf-8\">\n" +
                     "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n<title>" + title() +
                     "</title>\n<style>");
-    m_tOutput.write(ksStyleSheet);
     writeExcelStyles();
+    m_tOutput.write(ksStyleSheet);
+    writeCellRules();
     m_tOutput.write("</style>\n</head>\n<body>\n<header>\n<h1 id=\"title\">" + title() + "</h1>\n</header>\n");
 }
 
-// The cell formats of spreadsheets, one class a column.
+// The cell formats of spreadsheets, one class a column. A cell has that class and no other: spreadsheets know the
+// formats of a cell by its whole class. They stand first: some of them read a style sheet up to what they do not know.
 void Page::writeExcelStyles()
 {
+    m_tOutput.write("\n");
     for (std::size_t nColumn = 0; nColumn < m_tColumns.count(); ++nColumn)
     {
         const std::string sDeclaration = excelDeclaration(excelStyle(nColumn));
@@ -186,28 +209,61 @@ void Page::writeExcelStyles()
     }
 }
 
+void Page::writeCellRules()
+{
+    const bool bRightToLeft = isRightToLeft(m_tReport.tLocale.tag());
+    m_tOutput.write(ruleFor("td.number", &ReportColumns::isNumber, ksNumberRule) +
+                    ruleFor("td.text", &ReportColumns::isText,
+                            std::string(ksTextRule) + (bRightToLeft ? " text-align: right;" : " text-align: left;")));
+}
+
+// A rule for the cells of some kind: those that have its class, and those that have a class of their own instead.
+std::string Page::ruleFor(std::string sSelectors, bool (ReportColumns::*pIsOfKind)(std::size_t) const,
+                          std::string_view sDeclarations) const
+{
+    for (std::size_t nColumn = 0; nColumn < m_vStyled.size(); ++nColumn)
+        if (m_vStyled[nColumn] && (m_tColumns.*pIsOfKind)(nColumn))
+            sSelectors += ", td.c" + std::to_string(nColumn + 1);
+    return sSelectors.append(" { ").append(sDeclarations).append(" }\n");
+}
+
 String Page::excelStyle(std::size_t nColumn) const
 {
     const WebValueFormatDefinitionHandle& hDefinition = m_tReport.vColumns[nColumn].hDefinition;
-    if (!hDefinition.isNull() && m_tColumns.hasExcelPattern(nColumn))
-        return hDefinition->getMsoStyle(m_tReport.tLocale, m_tReport.tLanguage);
-    // Text stays text where it looks like a number or a formula.
-    return m_tColumns.isText(nColumn) ? WebTextFormatDefinition().getMsoStyle(m_tReport.tLocale, m_tReport.tLanguage)
-                                      : String();
+    const String sStyle =
+        hDefinition.isNull() ? String() : hDefinition->getMsoStyle(m_tReport.tLocale, m_tReport.tLanguage);
+    if (isText(nColumn, sStyle))
+        return WebTextFormatDefinition().getMsoStyle(m_tReport.tLocale, m_tReport.tLanguage);
+    return sStyle;
 }
 
-std::string Page::classesOf(std::size_t nColumn, bool bCell) const
+// Text stays text where it looks like a number, a date or a formula. So do numbers and dates under a pattern that no
+// spreadsheet has, and those that a pattern would divide a second time: the page shows thousands already.
+bool Page::isText(std::size_t nColumn, const String& sStyle) const
 {
-    std::string sClasses;
-    if (m_tColumns.isNumber(nColumn))
-        sClasses = "number";
-    else if (m_tColumns.isText(nColumn))
-        sClasses = "text";
-    else if (m_tColumns.isBinary(nColumn))
-        sClasses = "data";
+    if (m_tColumns.isText(nColumn) || !m_tColumns.hasExcelPattern(nColumn) ||
+        looksLikeNumber(*m_tColumns[nColumn].hFormatter))
+        return true;
+    const WebValueFormatDefinitionHandle& hDefinition = m_tReport.vColumns[nColumn].hDefinition;
+    if (hDefinition.isNull() || hDefinition->GetDefType() != WebValueFormatDefinition::kCustomFormat)
+        return false;
+    String sFormula;
+    hDefinition->populateCurrencyTagColumnFormulaIfApplies(sFormula);
+    return sFormula.empty() && (sStyle.empty() || dividesByThousands(sStyle));
+}
+
+std::string Page::classOf(std::size_t nColumn, bool bCell) const
+{
+    std::string sClass;
     if (bCell && m_vStyled[nColumn])
-        sClasses += (sClasses.empty() ? "c" : " c") + std::to_string(nColumn + 1);
-    return sClasses.empty() ? sClasses : " class=\"" + sClasses + "\"";
+        sClass = "c" + std::to_string(nColumn + 1);
+    else if (m_tColumns.isNumber(nColumn))
+        sClass = "number";
+    else if (m_tColumns.isText(nColumn))
+        sClass = "text";
+    else if (m_tColumns.isBinary(nColumn))
+        sClass = "data";
+    return sClass.empty() ? sClass : " class=\"" + sClass + "\"";
 }
 
 void Page::writeHeadings()
@@ -215,7 +271,7 @@ void Page::writeHeadings()
     m_tOutput.write(
         "<main tabindex=\"0\" aria-labelledby=\"title\">\n<table aria-labelledby=\"title\">\n<thead>\n<tr>\n");
     for (std::size_t nColumn = 0; nColumn < m_tColumns.count(); ++nColumn)
-        m_tOutput.write("<th scope=\"col\"" + classesOf(nColumn, false) + ">" +
+        m_tOutput.write("<th scope=\"col\"" + classOf(nColumn, false) + ">" +
                         escaped(m_tReport.vColumns[nColumn].sHeading) + "</th>\n");
     m_tOutput.write("</tr>\n</thead>\n<tbody>\n");
 }

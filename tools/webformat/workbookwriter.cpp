@@ -127,7 +127,12 @@ WorkbookWriter::WorkbookWriter(const std::string& sPath, const std::string& sNam
         format_set_num_format_index(pText, knTextFormat);
         format_set_align(pText, nAlignment);
         if (eAlignment == kLeft)
+        {
+            // A number at the end of the column before would touch the text.
+            format_set_indent(pHeading, 1);
+            format_set_indent(pText, 1);
             format_set_text_wrap(pText);
+        }
         m_apText[eAlignment] = pText;
     }
     m_pGeneral = addFormat(true);
@@ -227,7 +232,7 @@ void WorkbookWriter::writeText(std::uint32_t nRow, std::size_t nColumn, std::wst
 
 void WorkbookWriter::finish(const std::vector<std::size_t>& vWidths)
 {
-    constexpr double fPadding = 1.5;
+    constexpr double fPadding = 2;
     for (std::size_t nColumn = 0; nColumn < vWidths.size(); ++nColumn)
     {
         const std::size_t nWidth = std::clamp(vWidths[nColumn], knNarrowest, knWidest);
