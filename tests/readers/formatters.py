@@ -63,6 +63,15 @@ def allowed_in_markup(text):
     return NOT_XML.sub("\ufffd", text)
 
 
+def shown_sql_literal(text):
+    """The SQL literal of a text in markup, for people: apostrophes doubled, then what a JavaScript string escapes, but
+    for the characters that are entities already."""
+    names = {"\\": "\\\\", "\n": "\\n", "\r": "\\r", "\t": "\\t", "\b": "\\b", "\f": "\\f"}
+    inner = re.sub("[\\\\\x00-\x1f\x7f\u2028\u2029]",
+                   lambda c: names.get(c[0]) or f"\\u{ord(c[0]):04X}", text.replace("'", "''"))
+    return f"'{allowed_in_markup(inner)}'"
+
+
 def bare(text, syntax):
     return "".join(c for c in text if c not in syntax)
 
@@ -196,10 +205,11 @@ def compounds(next_texts):
 
     values = next_texts()
     inner = [{"type": "varchar", "compound": "<@>", "values": values}]
+    around = Family("compound, value", inner, [f"<{text}>" for text in values], value_reference=True)
     return [
         pattern_family("compound, quoted text", next_texts(), quoted_part),
         pattern_family("compound, bare text", next_texts(), bare_part),
-        Family("compound, value", inner, [f"<{text}>" for text in values]),
+        around,
     ]
 
 

@@ -15,10 +15,16 @@ from concurrent.futures import ThreadPoolExecutor
 import corpus
 from browser import EVERYWHERE, Page
 from command import Command
-from formatters import allowed_in_markup, escaped, families, quoted, thirds
+from formatters import allowed_in_markup, escaped, families, quoted, shown_sql_literal, thirds
 from tools import Checks
 
 PNG = ("89504e470d0a1a0a0000000d4948445200000010000000080806000000f0769f97" + b"<script>hacked()</script>\"'>".hex())
+
+LOCALE_PATTERNS = [
+    ({"type": "date"}, "MMM MMMM ddd DDDD gg", [f"2024-{month:02}-{month:02}" for month in range(1, 13)]),
+    ({"type": "time"}, "h:mm:ss.### t", ["01:02:03.5", "23:02:03.5"]),
+    ({"type": "double"}, "#,##0.00[$] [MMMM][scale-name:auto]", [-1234567.5, 3]),
+]
 
 
 def page_of_families(command, chosen):
@@ -97,7 +103,7 @@ def page_of_single_formatters(command, texts):
     """Formatters with elements or quotes of their own."""
     page = Page()
     sql = command.texts([{"factory": "sqlLiteral", "type": "varchar", "output": "html", "values": texts}])
-    page.add("SQL literal", sql, [sql_literal(text) for text in texts])
+    page.add("SQL literal", sql, [shown_sql_literal(text) for text in texts])
 
     # The link's target is raw by rule: no value here can close its attribute. The text of the link is encoded.
     linked = [text.replace('"', "") for text in texts if text.replace('"', "")]
@@ -111,22 +117,11 @@ def page_of_single_formatters(command, texts):
     return page
 
 
-def sql_literal(text):
-    """The literal as people see it: apostrophes doubled, then what a JavaScript string escapes but for the entities."""
-    names = {"\\": "\\\\", "\n": "\\n", "\r": "\\r", "\t": "\\t", "\b": "\\b", "\f": "\\f"}
-    inner = re.sub("[\\\\\x00-\x1f\x7f\u2028\u2029]",
-                   lambda c: names.get(c[0]) or f"\\u{ord(c[0]):04X}", text.replace("'", "''"))
-    return f"'{inner}'"
-
-
 def page_of_locales(command):
     """Names, signs and separators of every locale: in HTML they read as they do in plain text."""
     page = Page()
-    patterns = [({"type": "date"}, "MMM MMMM ddd DDDD gg", [f"2024-{month:02}-{month:02}" for month in range(1, 13)]),
-                ({"type": "time"}, "h:mm:ss.### t", ["01:02:03.5", "23:02:03.5"]),
-                ({"type": "double"}, "#,##0.00[$] [MMMM][scale-name:auto]", [-1234567.5, 3])]
     locales = command.list("locales")
-    for kind, pattern, values in patterns:
+    for kind, pattern, values in LOCALE_PATTERNS:
         requests = [{"factory": "custom", **kind, "pattern": pattern, "locale": locale, "values": values}
                     for locale in locales]
         meant = command.texts([{**request, "output": "text"} for request in requests])
@@ -134,6 +129,23 @@ def page_of_locales(command):
         different = dict(zip(written, meant, strict=True))
         page.add(f"locales, {pattern}", different.keys(), different.values())
     return page
+
+
+def check_locale_data(command, checks):
+    """Names and signs of locales are not encoded: none has a character that means something in a document."""
+    texts = []
+    for kind, pattern, values in LOCALE_PATTERNS:
+        texts += command.texts([{"factory": "custom", **kind, "pattern": pattern, "locale": locale, "values": values}
+                                for locale in command.list("locales")])
+    tags = [f"loc:{locale}" for locale in command.list("locales")]
+    tags += [f"int:{code}" for code in command.list("currencies")]
+    texts += command.texts([{"type": "double", "value": -1234.5, "definition":
+                             f'<tov:dataFormat xsi:type="tov:currency" currencyTag="{tag}"/>'} for tag in tags])
+    texts += command.texts([{"factory": "custom", "type": "timestamp", "pattern": "TZ", "value": "2024-03-05 01:02:03",
+                             "dataOffset": 0, "displayTimeZone": zone, "language": language}
+                            for zone in command.list("time-zones") for language in ("en-us", "fr-fr", "uk-ua", "zh-tw")])
+    special = [text for text in texts if re.search("[<>&\"'\\\\\u2028\u2029]", text)]
+    checks.equal("texts of the locale data", special, [])
 
 
 def check_what_is_raw(command, checks):
@@ -170,6 +182,7 @@ def main():
         for count, report in pool.map(reported, makers):
             checks.page(report, count)
     check_what_is_raw(command, checks)
+    check_locale_data(command, checks)
     checks.end(f"HTML in {len(makers)} pages, {len(texts)} hostile texts")
 
 
