@@ -56,10 +56,10 @@ ANSWERS = [
     "<p><b>Thank you</b> for the kind words; we have passed them on to the workshop.</p>",
     "<p>We are <i>very</i> sorry. A new one is on its way, see <a href=\"https://example.org/track?id=4711&amp;lang=en\">"
     "the tracking page</a>.</p>",
-    "<p>Please keep the third one, with <u>our compliments</u>.<br>The price stays the same: 34.50 &euro;.</p>",
+    "<p>Please keep the third one, with <u>our compliments</u>.<br>The price stays the same: 34.50 €.</p>",
     "<p>What helps:</p><ul><li>loosen the screw,</li><li><b>wait <i>ten</i> minutes</b>,</li><li>tighten it again.</li>"
     "</ul>",
-    "<p>Die Gutschrift über <b>12,00&nbsp;&euro;</b> ist <i>unterwegs</i>; Rückfragen bitte an "
+    "<p>Die Gutschrift über <b>12,00&nbsp;€</b> ist <i>unterwegs</i>; Rückfragen bitte an "
     "<a href=\"mailto:service@example.org\">service@example.org</a>.</p>",
     "<p>&lt;script&gt; is what we call a <b>creative</b> review &amp; no, our shop does not run it.</p>",
     "<p>תודה רבה! <b>הזיכוי</b> בדרך אליך (20%).</p>",
@@ -67,7 +67,7 @@ ANSWERS = [
     "<p>ご連絡ありがとうございます。<b>代わりの品</b>を<a href=\"https://example.org/jp\">発送</a>しました。</p>",
     "<p>The sizes in full:</p><pre>outer  40 x 30 x 22 cm\ninner  36 x 26 x 18 cm\nweight  2.4 kg</pre>",
     "<p>Our <b>manual</b> is being rewritten. The new one has 12 pages, shows <u>your</u> model and comes in 24 languages, "
-    "<i>three of them made up</i> &ndash; ask for it at <a href=\"https://example.org/manuals\">example.org/manuals</a>, "
+    "<i>three of them made up</i> – ask for it at <a href=\"https://example.org/manuals\">example.org/manuals</a>, "
     "by mail to <a href=\"mailto:manuals@example.org\">manuals@example.org</a>, or at the counter.</p>",
 ]
 ENDINGS = [

@@ -18,8 +18,6 @@ namespace {
 constexpr double kfPointsPerPixel = 0.75;  // 96 pixels to the inch
 constexpr double kfTallestPicture = 60;
 constexpr double kfUnknownPicture = 48;  // an image on the web whose size nobody knows before it is fetched
-// Processors do not join Arabic letters with every font that has them.
-constexpr std::wstring_view ksArabicInline = L"<fo:inline font-family=\"FreeSerif, DejaVu Sans Condensed\">";
 constexpr wchar_t knBreakOpportunity = 0x200B;
 
 // The image's own size in pixels; none for what the library does not recognise as an image.
@@ -66,6 +64,20 @@ String uriText(std::wstring_view sAddress)
         sResult.append(aText, aText + 3);
     }
     return sResult;
+}
+
+// The start of the inline for a group of characters, with the fonts to prefer where their order in general will not do.
+// Arabic letters are not joined with every font that has them; and where a font prints characters outside the basic
+// plane, processors note wrong characters for those that come after it, so that copied text is wrong: such characters
+// stay out of the font of the text.
+std::wstring_view inlineOf(unsigned nGroup)
+{
+    switch (nGroup)
+    {
+    case knArabicFontGroup: return L"<fo:inline font-family=\"FreeSerif, DejaVu Sans Condensed\">";
+    case knSupplementaryFontGroup: return L"<fo:inline font-family=\"Symbola, FreeSerif, DejaVu Sans Condensed\">";
+    default: return L"<fo:inline>";
+    }
 }
 
 bool hasLook(const FoStyle& tStyle)
@@ -218,7 +230,7 @@ void FoCellWriter::enterGroup(wchar_t nCharacter)
     if (nGroup != 0)
     {
         flushSegment();
-        raw(nGroup == knArabicFontGroup ? ksArabicInline : L"<fo:inline>");
+        raw(inlineOf(nGroup));
     }
 }
 

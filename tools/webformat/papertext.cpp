@@ -20,7 +20,7 @@ struct Range
 
 enum : unsigned
 {
-    kIdeographs = knArabicFontGroup + 1,
+    kIdeographs = knSupplementaryFontGroup + 1,
     kRareIdeographs,
     kHangul,
     kSymbols,
@@ -29,9 +29,9 @@ enum : unsigned
 
 // Sorted. What stands between is of the group 0.
 constexpr std::array<Range, 22> kaGroups = {{{0x0600, 0x06FF, knArabicFontGroup},
-{0x0750, 0x077F, knArabicFontGroup},
-{0x08A0, 0x08FF, knArabicFontGroup},
-{0x0900, 0x109F, kBlocks},
+                                             {0x0750, 0x077F, knArabicFontGroup},
+                                             {0x08A0, 0x08FF, knArabicFontGroup},
+                                             {0x0900, 0x109F, kBlocks},
                                              {0x1100, 0x11FF, kHangul},
                                              {0x1200, 0x1CFF, kBlocks},
                                              {0x2300, 0x23FF, kSymbols},
@@ -45,10 +45,10 @@ constexpr std::array<Range, 22> kaGroups = {{{0x0600, 0x06FF, knArabicFontGroup}
                                              {0xAC00, 0xD7FF, kHangul},
                                              {0xF900, 0xFAFF, kIdeographs},
                                              {0xFB50, 0xFDFF, knArabicFontGroup},
-{0xFE30, 0xFE4F, kIdeographs},
+                                             {0xFE30, 0xFE4F, kIdeographs},
                                              {0xFE70, 0xFEFE, knArabicFontGroup},
-{0xFF00, 0xFFEF, kIdeographs},
-                                             {0x1F000, 0x1FBFF, kSymbols},
+                                             {0xFF00, 0xFFEF, kIdeographs},
+                                             {0x10000, 0x1FFFF, knSupplementaryFontGroup},
                                              {0x20000, 0x3FFFF, kRareIdeographs}}};
 
 // U+0020 to U+007E, in thousandths of the font size.
@@ -134,7 +134,8 @@ bool mayBreakBetween(wchar_t nBefore, wchar_t nAfter)
 
 std::optional<wchar_t> printedCharacter(wchar_t nBefore, wchar_t nCharacter)
 {
-    const bool bAfterSymbol = fontGroupOf(nBefore) == kSymbols;
+    const unsigned nBeforeGroup = fontGroupOf(nBefore);
+    const bool bAfterSymbol = nBeforeGroup == kSymbols || nBeforeGroup == knSupplementaryFontGroup;
     if (isBetween(nCharacter, 0xFE00, 0xFE0F) || isBetween(nCharacter, 0xE0000, 0xE0FFF) || nCharacter == 0xFEFF ||
         isBetween(nCharacter, 0x2061, 0x206F) || isBetween(nCharacter, 0x180B, 0x180E) ||
         (bAfterSymbol && (nCharacter == 0x200D || isSkinTone(nCharacter))))

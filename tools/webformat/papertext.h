@@ -10,8 +10,9 @@ namespace tov {
 
 // Characters of one group are printed with one font: 0 for the scripts that one text font usually holds (Latin, Greek,
 // Cyrillic, Hebrew, Armenian, Georgian, punctuation and currency), other numbers for Arabic, ideographs and kana,
-// ideographs outside the basic plane, Hangul, symbols and emoji, and each further script.
+// ideographs outside the basic plane, other characters outside it, Hangul, symbols, and each further script.
 constexpr unsigned knArabicFontGroup = 1;
+constexpr unsigned knSupplementaryFontGroup = 2;  // most emoji
 unsigned fontGroupOf(wchar_t nCharacter);
 
 // Whether the character belongs to the group of the one before it: combining marks and joiners.
