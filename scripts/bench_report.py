@@ -19,7 +19,10 @@ OWN = "webformat"
 
 
 def read_results(folder):
-    """{work: {who: (median nanoseconds, allocations or None)}}, in the order of the programs' cases."""
+    """{work: {who: (median nanoseconds, allocations or None, mebibytes or None)}}, in the order of the programs' cases.
+
+    Times are those of the processor, or those of the clock for cases that ask for them.
+    """
     samples = {}
     for file in sorted(Path(folder).glob("*.json")):
         runs = json.loads(file.read_text(encoding="utf-8"))["benchmarks"]
@@ -27,12 +30,14 @@ def read_results(folder):
             if run.get("run_type") == "iteration" and not run.get("error_occurred"):
                 work, _, who = re.sub(r"/(repeats|min_time|iterations|real_time|process_time).*", "", run["name"]).rpartition("/")
                 unit = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}[run["time_unit"]]
-                samples.setdefault(work, {}).setdefault(who, []).append((run["cpu_time"] * unit, run.get("allocations")))
+                time = run["real_time" if "/real_time" in run["name"] else "cpu_time"] * unit
+                samples.setdefault(work, {}).setdefault(who, []).append((time, run.get("allocations"), run.get("mebibytes")))
     return {
         work: {
             who: (
-                statistics.median(time for time, _ in runs),
-                max((count for _, count in runs if count is not None), default=None),
+                statistics.median(time for time, _, _ in runs),
+                max((count for _, count, _ in runs if count is not None), default=None),
+                max((size for _, _, size in runs if size is not None), default=None),
             )
             for who, runs in contenders.items()
         }
@@ -43,11 +48,12 @@ def read_results(folder):
 def print_work(work, contenders, goals):
     """Prints a block for one kind of work; returns the goals that it misses."""
     missed = []
-    own_time, own_allocations = contenders.get(OWN, (None, None))
+    own_time, own_allocations = contenders.get(OWN, (None, None, None))[:2]
     print(f"\n{work}")
-    for who, (time, allocations) in contenders.items():
+    for who, (time, allocations, mebibytes) in contenders.items():
         line = f"    {who:<24}"
         line += f"{allocations:>8.2f} allocations" if allocations is not None else " " * 20
+        line += f"{mebibytes:7.1f} MiB" if mebibytes is not None else ""
         if who != OWN and own_time:
             ratio, goal = time / own_time, goals.get(who)
             line += f"   {ratio:7.2f} times {OWN}'s time"

@@ -18,10 +18,10 @@ bool isFormula(std::wstring_view sText)
 
 bool needsQuotes(std::wstring_view sText)
 {
-    if (!sText.empty() && (sText.front() == L' ' || sText.back() == L' '))
-        return true;
-    return std::any_of(sText.begin(), sText.end(),
-                       [](wchar_t n) { return n == L',' || n == L'"' || n == L'\r' || n == L'\n'; });
+    // Everything that does, and blanks, comes before the minus sign: most cells need one comparison a character.
+    if (std::all_of(sText.begin(), sText.end(), [](wchar_t n) { return n >= L'-'; }))
+        return false;
+    return sText.front() == L' ' || sText.back() == L' ' || sText.find_first_of(L",\"\r\n") != std::wstring_view::npos;
 }
 
 void appendCell(std::string& sBytes, std::wstring_view sText)
@@ -46,32 +46,33 @@ class CsvRows final : public RowWorker
 {
 public:
     CsvRows(const ReportColumns& tColumns, const DataSource& tData, CsvFormulas eFormulas)
-        : m_tRow(tColumns, tData, true), m_bEscape(eFormulas == CsvFormulas::kEscape)
+        : m_tRow(tColumns, tData, true), m_vEscape(tColumns.count())
     {
+        for (std::size_t nColumn = 0; nColumn < m_vEscape.size(); ++nColumn)
+            m_vEscape[nColumn] = eFormulas == CsvFormulas::kEscape && tColumns.isText(nColumn);
     }
 
     void work(const DataChunk& tChunk, ChunkResult& tResult) override;
 
 private:
     RowFormatter m_tRow;
-    bool m_bEscape;
+    std::vector<char> m_vEscape;  // the columns whose formulas are defused
     StringBufferTemplate<wchar_t, 255> m_tCell;
 };
 
 void CsvRows::work(const DataChunk& tChunk, ChunkResult& tResult)
 {
-    const ReportColumns& tColumns = m_tRow.columns();
     std::string& sBytes = tResult.sBytes;
     for (std::size_t nRow = 0; nRow < tChunk.rowCount(); ++nRow)
     {
         m_tRow.setRow(tChunk, nRow, tResult.vUnknownTags);
-        for (std::size_t nColumn = 0; nColumn < tColumns.count(); ++nColumn)
+        for (std::size_t nColumn = 0; nColumn < m_vEscape.size(); ++nColumn)
         {
             m_tCell.clear();
             m_tRow.append(nColumn, m_tCell);
             if (nColumn != 0)
                 sBytes += ',';
-            if (m_bEscape && tColumns.isText(nColumn) && isFormula(m_tCell.view()))
+            if (m_vEscape[nColumn] && isFormula(m_tCell.view()))
                 appendCell(sBytes, defusedFormula(m_tCell.toString()));
             else
                 appendCell(sBytes, m_tCell.view());
