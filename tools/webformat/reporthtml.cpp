@@ -17,12 +17,13 @@ namespace {
 constexpr std::string_view ksStyleSheet = R"css(
 :root {
   color-scheme: light dark;
-  --ink: #1d2228; --soft: #56606c; --paper: #ffffff; --head: #f1f4f7; --line: #dde2e8; --hover: #eef4fb; --red: #c4161c;
+  --ink: #1d2228; --soft: #56606c; --paper: #ffffff; --head: #f1f4f7; --line: #dde2e8; --hover: #eef4fb;
+  --red: #c4161c; --link: #0b57d0;
 }
 @media (prefers-color-scheme: dark) {
   :root {
     --ink: #e4e8ed; --soft: #9aa5b1; --paper: #14181d; --head: #1f252c; --line: #2e363f; --hover: #1d2732;
-    --red: #ff7a75;
+    --red: #ff7a75; --link: #8ab4f8;
   }
 }
 * { box-sizing: border-box; }
@@ -56,12 +57,33 @@ th.text { text-align: left; }
 td.data { max-width: 18rem; overflow-wrap: anywhere; white-space: normal; }
 td img { display: block; max-width: 12rem; max-height: 6rem; width: auto; height: auto; }
 td font[style*="red"] { color: var(--red) !important; }
+td a { color: var(--link); }
+td p, td ul, td ol, td pre { margin-block: 0.25rem; }
+td > :first-child { margin-top: 0; }
+td > :last-child { margin-bottom: 0; }
+.ZoomInEnable > span { cursor: pointer; font-size: 0; }
+.ZoomInEnable > span::after { content: " ⊕"; font-size: 1rem; color: var(--link); }
+.ZoomInEnable > span.open::after { content: " ⊖"; }
 @media print {
   body { height: auto; display: block; }
   main { overflow: visible; }
   th { position: static; }
 }
 )css";
+
+// What the button behind a cut text does: it shows the whole of it, and the cut text again.
+constexpr std::string_view ksScript = R"js(<script>
+var rudex = {FormFields: {CommentField: {clickButton: function (event) {
+  var button = event.currentTarget, text = button.parentNode.previousSibling;
+  if (button.cutText === undefined)
+    button.cutText = text.innerHTML;
+  if (button.classList.toggle("open"))
+    text.textContent = button.getAttribute("fullText");
+  else
+    text.innerHTML = button.cutText;
+}}}};
+</script>
+)js";
 
 // How the cells of numbers and of texts look.
 constexpr std::string_view ksNumberRule = "text-align: right; direction: ltr; unicode-bidi: isolate;";
@@ -279,8 +301,9 @@ void Page::writeHeadings()
 void Page::writeFoot(std::uint64_t nRows)
 {
     const std::string sCount = escaped(rowCountText(nRows, m_tReport.tLocale, m_tReport.tLanguage));
-    m_tOutput.write("</tbody>\n</table>\n</main>\n<footer>\n<p dir=\"ltr\">" + sCount +
-                    "</p>\n</footer>\n</body>\n</html>\n");
+    m_tOutput.write("</tbody>\n</table>\n</main>\n<footer>\n<p dir=\"ltr\">" + sCount + "</p>\n</footer>\n");
+    m_tOutput.write(ksScript);
+    m_tOutput.write("</body>\n</html>\n");
 }
 
 }  // namespace
