@@ -60,13 +60,34 @@ String integerPattern(const NumericFormatParameters& tParameters)
     return ksDefaultIntegerFormat + (L"[scale-name:" + tParameters.sScaleFactor + L"]");
 }
 
-// Amounts of an unknown currency are shown as integers.
+String currencyPattern(const WebNumberFormatDefinitionBase& tDefinition, const String& sCurrencyTag,
+                       const Locale& tLocale, ValueFormatterTypes::OutputType eOutput, const KTWUILanguage& tLanguage)
+{
+    const CurrencyPatternSettings tSettings{sCurrencyTag, numberSettingsOf(tDefinition),
+                                            tDefinition.GetNegativeFormat()};
+    return buildCurrencyPattern(tSettings, tLocale, eOutput, tLanguage);
+}
+
+// A custom definition leaves digits and grouping to the currency.
+String customCurrencyPattern(const WebCustomFormatDefinition& tDefinition, const Locale& tLocale,
+                             ValueFormatterTypes::OutputType eOutput, const KTWUILanguage& tLanguage)
+{
+    const String& sTag = tLocale.overridingCurrencyTag();
+    const CurrencyHandle hCurrency = CurrencyLookup::getInstance().lookupCurrencyTag(sTag);
+    const std::uint32_t nDigits = hCurrency.isNull() ? kUnknownCurrencyDigits : hCurrency->getDefaultDigits();
+    const bool bGrouping = !hCurrency.isNull() && hCurrency->hasGrouping();
+    const String sScaleName = tDefinition.getParameterByName(L"scaleFactor");
+    const CurrencyPatternSettings tSettings{
+        sTag, {bGrouping, nDigits, nDigits, sScaleName, 0}, WebNumberFormatDefinitionBase::kMinus};
+    return buildCurrencyPattern(tSettings, tLocale, eOutput, tLanguage);
+}
+
+// Amounts of an unknown currency, which has no pattern, are shown as integers.
 template <class T>
-WebValueFormatterHandle currencyFormatter(const CurrencyPatternSettings& tSettings, const Locale& tLocale,
+WebValueFormatterHandle currencyFormatter(const String& sPattern, const Locale& tLocale,
                                           ValueFormatterTypes::OutputType eOutput, const KTWUILanguage& tLanguage,
                                           ValueFormatterTypes::ExcelEvalauteFormatMask eExcelMask)
 {
-    const String sPattern = buildCurrencyPattern(tSettings, tLocale, eOutput, tLanguage);
     if (sPattern.empty())
         return NumericFormatter<T>::CreateDefaultFormatter(NumericFormatter<T>::kDisplayAsInteger, tLocale, eOutput,
                                                            NumericFormatParameters(), tLanguage);
@@ -120,9 +141,8 @@ WebValueFormatterHandle NumericFormatter<T>::CreateFormatter(const WebCurrencyFo
                                                              const Locale& tLocale, OutputType eOutput,
                                                              const KTWUILanguage& tLanguage)
 {
-    const CurrencyPatternSettings tSettings{tDefinition.CurrencyTag(), numberSettingsOf(tDefinition),
-                                            tDefinition.GetNegativeFormat()};
-    return currencyFormatter<T>(tSettings, tLocale, eOutput, tLanguage, kEvaluateFormatGlobal);
+    return currencyFormatter<T>(currencyPattern(tDefinition, tDefinition.CurrencyTag(), tLocale, eOutput, tLanguage),
+                                tLocale, eOutput, tLanguage, kEvaluateFormatGlobal);
 }
 
 // The tag of the row comes with the locale; the definition's own says nothing here.
@@ -131,9 +151,9 @@ WebValueFormatterHandle NumericFormatter<T>::CreateFormatter(const WebConditiona
                                                              const Locale& tLocale, OutputType eOutput,
                                                              const KTWUILanguage& tLanguage)
 {
-    const CurrencyPatternSettings tSettings{tLocale.overridingCurrencyTag(), numberSettingsOf(tDefinition),
-                                            tDefinition.GetNegativeFormat()};
-    return currencyFormatter<T>(tSettings, tLocale, eOutput, tLanguage, kEvaluateFormatRowWiseCondCurr);
+    return currencyFormatter<T>(
+        currencyPattern(tDefinition, tLocale.overridingCurrencyTag(), tLocale, eOutput, tLanguage), tLocale, eOutput,
+        tLanguage, kEvaluateFormatRowWiseCondCurr);
 }
 
 template <class T>
@@ -143,14 +163,8 @@ WebValueFormatterHandle NumericFormatter<T>::CreateFormatter(const WebCustomForm
 {
     if (!tDefinition.isConditionalCurrencyFormat())
         return ParseCustomFormat(tDefinition.GetCustomFormat(), tLocale, eOutput, tLanguage);
-    const CurrencyHandle hCurrency = CurrencyLookup::getInstance().lookupCurrencyTag(tLocale.overridingCurrencyTag());
-    const std::uint32_t nDigits = hCurrency.isNull() ? kUnknownCurrencyDigits : hCurrency->getDefaultDigits();
-    const bool bGrouping = !hCurrency.isNull() && hCurrency->hasGrouping();
-    const String sScaleName = tDefinition.getParameterByName(L"scaleFactor");
-    const CurrencyPatternSettings tSettings{tLocale.overridingCurrencyTag(),
-                                            {bGrouping, nDigits, nDigits, sScaleName, 0},
-                                            WebNumberFormatDefinitionBase::kMinus};
-    return currencyFormatter<T>(tSettings, tLocale, eOutput, tLanguage, kEvaluateFormatRowWiseCondCurr);
+    return currencyFormatter<T>(customCurrencyPattern(tDefinition, tLocale, eOutput, tLanguage), tLocale, eOutput,
+                                tLanguage, kEvaluateFormatRowWiseCondCurr);
 }
 
 template <class T>
