@@ -271,7 +271,9 @@ bool Page::isText(std::size_t nColumn, const String& sStyle) const
         return false;
     String sFormula;
     hDefinition->populateCurrencyTagColumnFormulaIfApplies(sFormula);
-    return sFormula.empty() && (sStyle.empty() || dividesByThousands(sStyle));
+    // "0E+00" shows 12 as 1E+02, which is a number of its own to a spreadsheet.
+    const bool bExponent = sStyle.find(L"E+") != String::npos || sStyle.find(L"E-") != String::npos;
+    return sFormula.empty() && (sStyle.empty() || bExponent || dividesByThousands(sStyle));
 }
 
 std::string Page::classOf(std::size_t nColumn, bool bCell) const
