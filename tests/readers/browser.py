@@ -11,11 +11,13 @@ from tools import tool
 
 SWITCHES = ["--headless", "--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run",
             "--disable-background-networking", "--disable-component-update", "--disable-sync", "--disable-extensions",
+            # Containers have little of it.
+            "--disable-dev-shm-usage",
             # No host has an address: a page that tries to reach one cannot.
             "--host-resolver-rules=MAP * ~NOTFOUND",
             # Timers run at once when the page has nothing else to do.
             "--virtual-time-budget=60000", "--dump-dom"]
-TIMEOUT = 120
+TIMEOUT = 300
 
 # How a text is put into a place of the page. A parser drops the first line end of a textarea: it gets one more.
 PLACES = {"body": '<div id="body{n}">{text}</div>\n',

@@ -46,8 +46,13 @@ def select_with_postgres(server, literals):
             if number.isdigit() and int(number) < len(found):
                 found[int(number)] = bytes.fromhex(value).decode()
 
-    groups = [range(n, min(n + ROWS_PER_STATEMENT, len(literals))) for n in range(0, len(literals), ROWS_PER_STATEMENT)]
-    take("".join(map(select, groups)))
+    def groups(numbers, size):
+        return [numbers[n : n + size] for n in range(0, len(numbers), size)]
+
+    take("".join(map(select, groups(range(len(literals)), ROWS_PER_STATEMENT))))
+    # A literal that is none fails its whole statement: those that it took along get one of their own.
+    failed = [n for n, value in enumerate(found) if value == "error"]
+    take("".join(map(select, groups(failed[:ROWS_PER_STATEMENT], 1))))
     return found
 
 

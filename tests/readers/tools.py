@@ -16,6 +16,14 @@ def tool(name, *patterns):
     return found
 
 
+def excerpt(one, other):
+    """A value for people; of a long text the part around its first difference from another."""
+    if not isinstance(one, str) or not isinstance(other, str) or len(one) < 200:
+        return ascii(one)
+    same = next((n for n, (a, b) in enumerate(zip(one, other)) if a != b), min(len(one), len(other)))
+    return f"{one[max(0, same - 30) : same + 60]!a} (around character {same} of {len(one)})"
+
+
 class Checks:
     """Counts what was compared and prints the first differences."""
 
@@ -31,7 +39,7 @@ class Checks:
     def equal(self, where, found, meant):
         self.done += 1
         if found != meant:
-            self.fail(f"{where}:\n    found {found!a}\n    meant {meant!a}")
+            self.fail(f"{where}:\n    found {excerpt(found, meant)}\n    meant {excerpt(meant, found)}")
 
     def equal_texts(self, where, found, meant):
         """Two lists of texts; a length of its own is a failure too."""

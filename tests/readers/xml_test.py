@@ -13,7 +13,7 @@ import sys
 import corpus
 import libxml2
 from command import Command
-from formatters import allowed_in_markup, families, shown_sql_literal, with_html_tags
+from formatters import allowed_in_markup, families, quoted, shown_sql_literal, with_html_tags
 from tools import Checks
 
 ROOT = '<cases xmlns:fo="http://www.w3.org/1999/XSL/Format" xmlns:lumfo="urn:tov:schemas:lumfo:v1">'
@@ -87,6 +87,15 @@ def check_pages(command, checks, texts, output):
         request = {"type": "varchar", "definition": definition, "output": output, "values": texts}
         check_wrapped(checks, f"{output}, text {name}", command.texts([request]),
                       [markup.format(with_html_tags(text)) for text in texts])
+
+    def template(make, value):
+        return [{"factory": "custom", "type": "varchar", "output": output, "pattern": make(text), "value": value}
+                for text in texts]
+
+    around = template(lambda text: f"[html]{quoted(text)}@", "v")
+    check_wrapped(checks, f"{output}, text of a template", command.texts(around), [text + "v" for text in texts])
+    empty = template(lambda text: f"[html]@;{quoted(text)}", "")
+    check_texts(checks, f"{output}, section for empty values", command.texts(empty), texts)
 
     # A value with bracket tags is text, not an image.
     images = [text for text in texts if with_html_tags(text) == text]
