@@ -78,6 +78,7 @@ void CsvRows::work(const DataChunk& tChunk, ChunkResult& tResult)
                 appendCell(sBytes, m_tCell.view());
         }
         sBytes += "\r\n";
+        tResult.endRow();
     }
 }
 

@@ -145,6 +145,7 @@ void HtmlRows::work(const DataChunk& tChunk, ChunkResult& tResult)
             sBytes += "</td>";
         }
         sBytes += "</tr>\n";
+        tResult.endRow();
     }
 }
 

@@ -111,6 +111,7 @@ void TextLines::work(const DataChunk& tChunk, ChunkResult& tResult)
                        nColumn + 1 == m_vWidths.size(), m_sLine);
         appendUtf8(tResult.sBytes, m_sLine);
         tResult.sBytes += '\n';
+        tResult.endRow();
     }
 }
 

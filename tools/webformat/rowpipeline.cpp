@@ -48,7 +48,8 @@ private:
     void write(Slot& tSlot);
     void takeNext(Lock& tLock, RowWorker& tWorker);
     bool read(Slot& tSlot);
-    void workOn(Slot& tSlot, RowWorker& tWorker) const;
+    void workOn(Slot& tSlot, std::uint64_t nChunk, RowWorker& tWorker);
+    void writeNow(std::uint64_t nChunk, std::string& sBytes);
     Slot& slot(std::uint64_t nChunk) { return m_vSlots[nChunk % m_vSlots.size()]; }
     const Slot& slot(std::uint64_t nChunk) const { return m_vSlots[nChunk % m_vSlots.size()]; }
 
@@ -123,12 +124,13 @@ void Pass::takeNext(Lock& tLock, RowWorker& tWorker)
     tLock.lock();
     m_bReading = false;
     m_bEnd = !bRead || tSlot.pError;
+    const std::uint64_t nChunk = m_nRead;
     m_nRead += bRead ? 1 : 0;
     m_tChange.notify_all();
     if (!bRead)
         return;
     tLock.unlock();
-    workOn(tSlot, tWorker);
+    workOn(tSlot, nChunk, tWorker);
     tLock.lock();
     tSlot.bDone = true;
     m_tChange.notify_all();
@@ -152,13 +154,14 @@ bool Pass::read(Slot& tSlot)
 }
 
 // A mistake in one of the rows stands in front of the one that ended them.
-void Pass::workOn(Slot& tSlot, RowWorker& tWorker) const
+void Pass::workOn(Slot& tSlot, std::uint64_t nChunk, RowWorker& tWorker)
 {
     if (tSlot.pError)
         return;
     try
     {
         tSlot.tResult.clear();
+        tSlot.tResult.tWriteNow = [this, nChunk, &tSlot] { writeNow(nChunk, tSlot.tResult.sBytes); };
         m_tData.parse(tSlot.tChunk);
         tWorker.work(tSlot.tChunk, tSlot.tResult);
         tSlot.pError = tSlot.tChunk.pError;
@@ -167,6 +170,26 @@ void Pass::workOn(Slot& tSlot, RowWorker& tWorker) const
     {
         tSlot.pError = std::current_exception();
     }
+}
+
+// Whoever waits for a turn writes the finished chunks that stand in front, so that the turn comes.
+void Pass::writeNow(std::uint64_t nChunk, std::string& sBytes)
+{
+    Lock tLock(m_tMutex);
+    while (m_nWritten != nChunk && !m_pError)
+    {
+        if (canWrite())
+            writeNext(tLock);
+        else
+            m_tChange.wait(tLock);
+    }
+    if (!m_pError)
+    {
+        // Nobody else writes: this chunk is the next, and not done.
+        tLock.unlock();
+        m_tOutput.write(sBytes);
+    }
+    sBytes.clear();
 }
 
 void Pass::throwError() const

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -17,8 +18,18 @@ struct ChunkResult
 {
     std::string sBytes;  // to be written
     std::vector<UnknownTag> vUnknownTags;
+    std::function<void()> tWriteNow;  // set by the pipeline
 
+    // To be called behind each row: what has grown long is written at once, when its turn has come.
+    void endRow()
+    {
+        if (sBytes.size() >= knLong && tWriteNow)
+            tWriteNow();
+    }
     void clear();
+
+private:
+    static constexpr std::size_t knLong = std::size_t(1) << 20;
 };
 
 // What a pass over the rows does with them. Each thread has its own.
@@ -45,7 +56,8 @@ std::vector<std::unique_ptr<RowWorker>> makeWorkers(unsigned nThreads, const Arg
 //
 // The threads take turns at reading a chunk, work on their chunks at the same time, and write the results in the order
 // of the file: bytes and messages are the same for any number of threads. At most two chunks a thread are in memory,
-// whatever the number of rows. With one thread everything happens on the caller's.
+// and of each chunk's result a mebibyte and one row, whatever the number of rows. With one thread everything happens on
+// the caller's.
 //
 // The first mistake in the file's order is the one that is thrown; whatever stands behind it is not written.
 class RowPipeline
