@@ -85,6 +85,10 @@ TEST(FoCellWriter, LetsEachLineRunInTheDirectionOfItsFirstLetter)
     EXPECT_EQ(written(L"abc", tRightToLeft),
               L"<fo:bidi-override unicode-bidi=\"embed\" direction=\"ltr\">abc</fo:bidi-override>");
     EXPECT_EQ(written(L"(1.00)", tRightToLeft), L"(1.00)");
+    const FoCellWriter::Options tNumber = {10000, 72, TextDirection::kRightToLeft, TextDirection::kLeftToRight};
+    EXPECT_EQ(written(L"-1", tNumber),
+              L"<fo:bidi-override unicode-bidi=\"embed\" direction=\"ltr\">-1</fo:bidi-override>");
+    EXPECT_EQ(written(L"", tNumber), L"");
 }
 
 TEST(FoCellWriter, BreaksWordsThatAreLongerThanALine)

@@ -189,13 +189,13 @@ void FoCellWriter::putBreaks()
     openStyle(tStyle);
 }
 
-// The line runs in the direction of its first letter.
 void FoCellWriter::endLine()
 {
-    const bool bEmbed = m_eFirst != TextDirection::kNeutral && m_eFirst != m_tOptions.eDirection;
+    const TextDirection eLine = m_tOptions.eLines == TextDirection::kNeutral ? m_eFirst : m_tOptions.eLines;
+    const bool bEmbed = eLine != TextDirection::kNeutral && eLine != m_tOptions.eDirection && !m_tLine.view().empty();
     if (bEmbed)
         m_sContent.append(L"<fo:bidi-override unicode-bidi=\"embed\" direction=\"")
-            .append(m_eFirst == TextDirection::kRightToLeft ? L"rtl" : L"ltr")
+            .append(eLine == TextDirection::kRightToLeft ? L"rtl" : L"ltr")
             .append(L"\">");
     m_sContent += m_tLine.view();
     if (bEmbed)

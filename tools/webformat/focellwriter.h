@@ -49,8 +49,8 @@ private:
 //
 // Characters that need a font of their own stand in an inline of their own, because a processor chooses fonts word by
 // word. A word that is longer than a line gets zero-width spaces where it may break. Line breaks are line ends, so the
-// block must preserve them. Everything that came from a value is encoded. A line whose first letter runs against the
-// report's direction is embedded in its own.
+// block must preserve them. Everything that came from a value is encoded. A line that runs against the report's
+// direction is embedded in its own.
 class FoCellWriter final : public FoContentSink
 {
 public:
@@ -59,6 +59,7 @@ public:
         unsigned nLineWidth = 10000;                             // thousandths of the font size
         double fWidestPicture = 72;                              // points
         TextDirection eDirection = TextDirection::kLeftToRight;  // of the report
+        TextDirection eLines = TextDirection::kNeutral;          // of every line; kNeutral: of its first letter
     };
 
     explicit FoCellWriter(const Options& tOptions) : m_tOptions(tOptions) {}

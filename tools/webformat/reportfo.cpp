@@ -218,7 +218,9 @@ void Document::writeHeadings()
 FoCellWriter Document::writerOf(std::size_t nColumn) const
 {
     const TextDirection eDirection = m_bRightToLeft ? TextDirection::kRightToLeft : TextDirection::kLeftToRight;
-    return FoCellWriter({m_tLayout.lineWidth(nColumn), m_tLayout.contentWidth(nColumn), eDirection});
+    // A sign in front of a number stays there.
+    const TextDirection eLines = m_tTable.isNumber(nColumn) ? TextDirection::kLeftToRight : TextDirection::kNeutral;
+    return FoCellWriter({m_tLayout.lineWidth(nColumn), m_tLayout.contentWidth(nColumn), eDirection, eLines});
 }
 
 void Document::writeRow(const std::vector<String>& vCells)
