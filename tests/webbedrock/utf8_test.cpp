@@ -126,8 +126,8 @@ TEST(Utf8, AppendsBehindWhatIsThereAndLeavesItWhereTheBytesAreBad)
     for (std::size_t nRun = 0; nRun < 150; ++nRun)
     {
         const String sText = String(nRun, L'x') + L"\u00E9\u20AC" + String(nRun % 9, L'y') + L"\U0001F600";
-        const std::string sBytes = std::string(nRun, 'x') + "\xC3\xA9\xE2\x82\xAC" + std::string(nRun % 9, 'y') +
-                                   "\xF0\x9F\x98\x80";
+        const std::string sBytes =
+            std::string(nRun, 'x') + "\xC3\xA9\xE2\x82\xAC" + std::string(nRun % 9, 'y') + "\xF0\x9F\x98\x80";
         std::string sTarget = "<";
         appendUtf8(sTarget, sText);
         ASSERT_EQ(sTarget, "<" + sBytes);
