@@ -94,17 +94,19 @@ std::size_t dateWidth(std::wstring_view sPattern)
     return displayWidth(sPattern) + nNames + 3;
 }
 
-// The columns that a number takes under a pattern of digits: the literals of the pattern, and its own digits.
+// The columns that a number takes under a pattern of digits, or more: its digits, and what else the section shows.
 std::size_t numberWidth(double fNumber, std::wstring_view sPattern)
 {
     const auto nPercents = std::count(sPattern.begin(), sPattern.end(), L'%');
     const double fShown = std::fabs(fNumber) * std::pow(100.0, static_cast<double>(nPercents));
     const std::size_t nDigits = fShown < 1 ? 1 : static_cast<std::size_t>(std::log10(fShown)) + 1;
     const std::size_t nSection = fNumber < 0 ? sPattern.find(L';') + 1 : 0;
-    const std::wstring_view sSection = sPattern.substr(nSection);
-    const std::size_t nPattern = displayWidth(sSection.substr(0, sSection.find(L';')));
-    const bool bGroups = sPattern.find(L"#,#") != std::wstring_view::npos;
-    return nDigits + (bGroups ? nDigits / 3 : 0) + (nPattern > 5 ? nPattern - 5 : 0) + (fNumber < 0 ? 1 : 0);
+    const std::wstring_view sRest = sPattern.substr(nSection);
+    const std::wstring_view sSection = sRest.substr(0, sRest.find(L';'));
+    const std::wstring_view sInteger = sSection.substr(0, sSection.find(L'.'));
+    const auto isPlace = [](wchar_t nCharacter) { return nCharacter == L'#' || nCharacter == L'0'; };
+    const auto nPlaces = static_cast<std::size_t>(std::count_if(sInteger.begin(), sInteger.end(), isPlace));
+    return std::max(nDigits, nPlaces) + nDigits / 3 + displayWidth(sSection) - nPlaces + (fNumber < 0 ? 1 : 0);
 }
 
 const wchar_t* isoTextPattern(const SQLDataType& tType)

@@ -58,6 +58,30 @@ std::wstring_view trimmed(std::wstring_view sText)
     return sText.substr(nFirst, sText.find_last_not_of(sEnds) + 1 - nFirst);
 }
 
+// Whether a text would be read as the number of a character: "_x0041_" is an A in the strings of a workbook.
+bool startsEscape(std::wstring_view sText)
+{
+    constexpr std::wstring_view sHexDigits = L"0123456789abcdefABCDEF";
+    constexpr std::size_t nLength = 7;
+    return sText.size() >= nLength && sText.starts_with(L"_x") && sText[nLength - 1] == L'_' &&
+           sText.substr(2, 4).find_first_not_of(sHexDigits) == std::wstring_view::npos;
+}
+
+// The underscore of what would be read as an escape stands as its own number.
+std::string withoutEscapes(std::wstring_view sText)
+{
+    if (sText.find(L"_x") == std::wstring_view::npos)
+        return toUtf8(sText);
+    String sResult;
+    for (std::size_t nAt = 0; nAt < sText.size(); ++nAt)
+    {
+        if (startsEscape(sText.substr(nAt)))
+            sResult += L"_x005F";
+        sResult += sText[nAt];
+    }
+    return toUtf8(sResult);
+}
+
 // Lines end as a cell has it, and there is no character that a document cannot hold.
 String asCellHasIt(std::wstring_view sText)
 {
@@ -187,9 +211,9 @@ std::string WorkbookWriter::cellText(std::wstring_view sText)
     const String sCell = asCellHasIt(sText);
     const std::wstring_view sFits = firstUnits(sCell, knLongestText);
     if (sFits.size() == sCell.size())
-        return toUtf8(sCell);
+        return withoutEscapes(sCell);
     ++m_nCutTexts;
-    return toUtf8(firstUnits(sCell, knLongestText - 1)) + "\xE2\x80\xA6";
+    return withoutEscapes(firstUnits(sCell, knLongestText - 1)) + "\xE2\x80\xA6";
 }
 
 void WorkbookWriter::writeHeading(std::size_t nColumn, std::wstring_view sText, Alignment eAlignment)
