@@ -105,7 +105,8 @@ TEST(Report, WritesAPageThatNoTextCanBreak)
     EXPECT_EQ(tResult.sErrors, "");
     // What a pattern quotes is the author's own markup and stands in the cells as it is; the style sheet holds it as
     // text.
-    EXPECT_NE(tResult.sOutput.find(R"(td.c2 { mso-number-format:'0\"\0027\;\}\<\/style\>\<i\>\"'; })"), std::string::npos);
+    EXPECT_NE(tResult.sOutput.find(R"(td.c2 { mso-number-format:'0\"\0027\;\}\<\/style\>\<i\>\"'; })"),
+              std::string::npos);
     EXPECT_NE(tResult.sOutput.find(R"(td.c1 { mso-number-format:'\@'; })"), std::string::npos);
     EXPECT_NE(tResult.sOutput.find("<html lang=\"he-IL\" dir=\"rtl\">"), std::string::npos);
     EXPECT_NE(tResult.sOutput.find("<title>&lt;/title&gt;&quot;</title>"), std::string::npos);
