@@ -83,7 +83,9 @@ public:
         char aNumber[40];
         std::snprintf(aNumber, sizeof aNumber, "%.16g ", tCell.fNumber);
         if (tColumn.isNumber())
+        {
             EXPECT_GE(tColumn.widthOf(tCell), std::min<std::size_t>(sText.size(), 17)) << toUtf8(sText);
+        }
         return aNumber + toUtf8(tCell.sPattern);
     }
 
