@@ -3,12 +3,11 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <span>
 
-#include "corefacade/corvidnumber.h"
 #include "definitiontesting.h"
 #include "intl/localetaglookup.h"
+#include "valuetesting.h"
 #include "webformat/timezoneresolver.h"
 #include "webformat/valueformatter.h"
 
@@ -42,24 +41,6 @@ struct DefinitionRow
     const wchar_t* pExpected;
     Setting tSetting = {};
 };
-
-// Calls `tUse` with the address of the value in the storage of its type.
-template <class Use>
-void withValue(SQLDataType::DataType eType, const char* pValue, Use tUse)
-{
-    const auto use = [&](const auto& tValue) { tUse(static_cast<const void*>(&tValue)); };
-    if (pValue == nullptr)
-        return tUse(static_cast<const void*>(nullptr));
-    switch (SQLDataType(eType).storageType())
-    {
-    case SQLDataType::kStorageInt32: return use(static_cast<int>(std::strtol(pValue, nullptr, 10)));
-    case SQLDataType::kStorageUInt32: return use(static_cast<unsigned>(std::strtoul(pValue, nullptr, 10)));
-    case SQLDataType::kStorageInt64: return use(std::strtol(pValue, nullptr, 10));
-    case SQLDataType::kStorageUInt64: return use(std::strtoul(pValue, nullptr, 10));
-    case SQLDataType::kStorageCorvidNumber: return use(CorvidNumber::fromString(std::string_view(pValue)).value());
-    default: return use(std::strtod(pValue, nullptr));
-    }
-}
 
 WebValueFormatterHandle patternFormatter(const wchar_t* pPattern, const Setting& tSetting)
 {
