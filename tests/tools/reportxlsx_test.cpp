@@ -53,6 +53,21 @@ TEST(ReportXlsx, WritesTypedCells)
               "A2 n -1234.5 #,##0.00_);[red](#,##0.00)\nB2 n 45356 dd.mm.yyyy\nC2 t =1+1 49\nD2 n -1234.5 0\n");
 }
 
+TEST(ReportXlsx, MakesRowsAsHighAsTheirText)
+{
+    const TemporaryFolder tFolder;
+    writeWorkbook(tFolder, reportOf("<tov:column name=\"t\" type=\"varchar\"/>"),
+                  "t\none line\n\"a\r\nb\nc\"\n" + std::string(60, 'w') + "\n" + std::string(200, 'w') + "\n\"" +
+                      std::string(100, '\n') + "\"\n");
+    const char* pScript = R"py(
+import re, sys, zipfile
+rows = re.findall('<row r="(.)"([^>]*)>', zipfile.ZipFile(sys.argv[1]).read('xl/worksheets/sheet1.xml').decode())
+print([(row, re.findall(' ht="([^"]*)"', rest)) for row, rest in rows])
+)py";
+    EXPECT_EQ(runProgram("python3", {"-c", pScript, tFolder.path("out.xlsx")}).sOutput,
+              "[('1', []), ('2', []), ('3', ['45']), ('4', []), ('5', ['60']), ('6', ['405'])]\n");
+}
+
 TEST(ReportXlsx, HasACurrencyForEachRow)
 {
     const TemporaryFolder tFolder;

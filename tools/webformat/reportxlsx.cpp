@@ -33,6 +33,23 @@ std::size_t lineWidth(std::wstring_view sText)
     return nWidth;
 }
 
+// The lines that a text takes in a column: the widest column holds what is narrower in one line, and wraps the rest.
+// Words leave some room at the ends of lines.
+std::size_t linesOf(std::wstring_view sText)
+{
+    constexpr std::size_t nUsedWidth = WorkbookWriter::knWidest * 9 / 10;
+    std::size_t nLines = 0;
+    for (std::size_t nStart = 0; nStart <= sText.size(); ++nLines)
+    {
+        const std::size_t nEnd = std::min(sText.find_first_of(L"\r\n", nStart), sText.size());
+        const std::size_t nWidth = displayWidth(sText.substr(nStart, nEnd - nStart));
+        nLines += nWidth > WorkbookWriter::knWidest ? (nWidth - 1) / nUsedWidth : 0;
+        const bool bPair = sText.substr(nEnd, 2) == L"\r\n";
+        nStart = nEnd + (bPair ? 2 : 1);
+    }
+    return nLines;
+}
+
 // Writes the rows of a report into a worksheet.
 class Sheet
 {
@@ -52,6 +69,7 @@ private:
     WorkbookWriter& m_tWriter;
     std::deque<ExcelColumn> m_vColumns;
     std::vector<std::size_t> m_vWidths;
+    std::size_t m_nLines = 1;  // of the highest cell of the row
 };
 
 Sheet::Sheet(ReportTable& tTable, WorkbookWriter& tWriter)
@@ -100,8 +118,11 @@ void Sheet::writeHeadings()
 void Sheet::writeRow(const std::vector<String>& vCells)
 {
     const auto nRow = static_cast<std::uint32_t>(m_tTable.rowCount());
+    m_nLines = 1;
     for (std::size_t nColumn = 0; nColumn < m_vColumns.size(); ++nColumn)
         writeCell(nRow, nColumn, vCells[nColumn]);
+    if (m_nLines > 1)
+        m_tWriter.setLines(nRow, m_nLines);
 }
 
 void Sheet::writeCell(std::uint32_t nRow, std::size_t nColumn, const String& sText)
@@ -118,6 +139,8 @@ void Sheet::writeCell(std::uint32_t nRow, std::size_t nColumn, const String& sTe
     const std::wstring_view sWritten = tCell.eKind == ExcelCell::kText ? tCell.sText : std::wstring_view(sText);
     m_tWriter.writeText(nRow, nColumn, sWritten, alignmentOf(nColumn));
     widen(nColumn, lineWidth(sWritten));
+    if (alignmentOf(nColumn) == WorkbookWriter::kLeft)
+        m_nLines = std::max(m_nLines, linesOf(sWritten));
 }
 
 // Where a workbook is made that cannot be written in its place: a workbook is not written from front to back.

@@ -20,7 +20,8 @@ constexpr lxw_color_t knHeadingLine = 0xB8C1CC;
 constexpr std::uint8_t knTextFormat = 49;  // "@"
 constexpr std::size_t knLongestProperty = 255;
 constexpr std::size_t knNarrowest = 6;
-constexpr std::size_t knWidest = 60;
+constexpr double kfLineHeight = 15;
+constexpr double kfHighest = 405;
 
 std::size_t utf16Units(wchar_t nCharacter)
 {
@@ -242,16 +243,19 @@ bool WorkbookWriter::writeNumber(std::uint32_t nRow, std::size_t nColumn, double
     lxw_format* pFormat = numberFormat(sPattern);
     if (!pFormat)
         return false;
-    m_nLastRow = nRow;
     worksheet_write_number(m_pSheet, nRow, static_cast<lxw_col_t>(nColumn), fNumber, pFormat);
     return true;
 }
 
 void WorkbookWriter::writeText(std::uint32_t nRow, std::size_t nColumn, std::wstring_view sText, Alignment eAlignment)
 {
-    m_nLastRow = nRow;
     worksheet_write_string(m_pSheet, nRow, static_cast<lxw_col_t>(nColumn), cellText(sText).c_str(),
                            m_apText[eAlignment]);
+}
+
+void WorkbookWriter::setLines(std::uint32_t nRow, std::size_t nLines)
+{
+    worksheet_set_row(m_pSheet, nRow, std::min(static_cast<double>(nLines) * kfLineHeight, kfHighest), nullptr);
 }
 
 void WorkbookWriter::finish(const std::vector<std::size_t>& vWidths)

@@ -39,6 +39,7 @@ public:
     static constexpr std::size_t knMostColumns = 16384;
     static constexpr std::size_t knLongestText = 32767;  // in UTF-16 units
     static constexpr std::size_t knMostPatterns = 200;   // of number formats
+    static constexpr std::size_t knWidest = 60;          // of the columns, in characters
 
     // `sPath` is overwritten. `sName` stands for it in messages.
     WorkbookWriter(const std::string& sPath, const std::string& sName, const Settings& tSettings);
@@ -52,6 +53,9 @@ public:
     // A text that is too long is cut and ends in "…"; line ends become line feeds, characters that XML does not have
     // U+FFFD.
     void writeText(std::uint32_t nRow, std::size_t nColumn, std::wstring_view sText, Alignment eAlignment);
+
+    // Makes a row, after its cells, as high as so many lines, up to what a row takes. Rows are one line high without.
+    void setLines(std::uint32_t nRow, std::size_t nLines);
 
     // How many texts were cut.
     std::uint64_t cutTexts() const { return m_nCutTexts; }
@@ -74,7 +78,6 @@ private:
     lxw_format* m_apText[2] = {};
     lxw_format* m_pGeneral = nullptr;
     std::map<String, lxw_format*, std::less<>> m_vNumberFormats;
-    std::uint32_t m_nLastRow = 0;
     std::uint64_t m_nCutTexts = 0;
 };
 
