@@ -55,9 +55,9 @@ private:
 // Example: `O'Brien` in kHTML -> `&#39;O&#39;&#39;Brien&#39;`, in kText -> `'O\u0027\u0027Brien'`.
 //
 // kText: the SQL-literal encoding of the value, then the JavaScript encoding. kHTML and kXML: an entity for each of
-// " & < > and two for an apostrophe, U+FFFD for U+FFFE and U+FFFF, which XML does not allow, then the JavaScript
-// encoding. All other outputs: only the two quotes, which is kept. The quotes are "&#39;" in kHTML and apostrophes
-// elsewhere. A null value counts as empty. It has no format string.
+// " & < > and two for an apostrophe, then the JavaScript encoding; U+FFFE and U+FFFF, which XML does not allow, stay.
+// All other outputs: only the two quotes, which is kept. The quotes are "&#39;" in kHTML and apostrophes elsewhere. A
+// null value counts as empty. It has no format string.
 //
 // Immutable; any number of threads may format through one object. Values of any length are written without memory of
 // their own: formatting allocates only if the buffer has to grow; where that fails, the buffer keeps its old length.

@@ -20,8 +20,8 @@ std::size_t encodeForStatement(const wchar_t* pText, std::size_t nText, Piece& a
     return outputEncoders().kEncodingSQLLiteral.encode(pText, nText, aPiece, std::size(aPiece), tState);
 }
 
-// Empty: the character is copied. The two that XML does not allow are replaced, so that no value makes a document
-// malformed; controls are written in letters by the JavaScript encoding, surrogates are replaced where bytes are made.
+// Empty: the character is copied. Kept: so are the ones that XML does not allow, but for the controls, which the
+// JavaScript encoding writes in letters.
 std::wstring_view entityOf(wchar_t nChar)
 {
     switch (nChar)
@@ -31,8 +31,6 @@ std::wstring_view entityOf(wchar_t nChar)
     case L'\'': return L"&#39;&#39;";  // an apostrophe in SQL is two
     case L'<': return L"&lt;";
     case L'>': return L"&gt;";
-    case 0xFFFE:
-    case 0xFFFF: return L"\uFFFD";
     default: return {};
     }
 }

@@ -20,6 +20,7 @@ struct AllTreatments
         const OutputEncoders& tEncoders = outputEncoders();
         fill(Types::kXML, {TextTreatment::kEncoded, &tEncoders.kEncodingXML});
         aByOutput[Types::kXML].aByType[SubTextFormatter::kHTML] = {};
+        aByOutput[Types::kXML].aByType[SubTextFormatter::kImage] = {};
         fill(Types::kJavaScript, {TextTreatment::kEncoded, &tEncoders.kEncodingJavascriptLiteral});
         fill(Types::kSQLLiteral, {TextTreatment::kEncoded, &tEncoders.kEncodingSQLLiteral});
         aByOutput[Types::kText].aByType[SubTextFormatter::kHTML] = {TextTreatment::kWithoutHtml, nullptr};

@@ -69,7 +69,7 @@ def shown_sql_literal(text):
     names = {"\\": "\\\\", "\n": "\\n", "\r": "\\r", "\t": "\\t", "\b": "\\b", "\f": "\\f"}
     inner = re.sub("[\\\\\x00-\x1f\x7f\u2028\u2029]",
                    lambda c: names.get(c[0]) or f"\\u{ord(c[0]):04X}", text.replace("'", "''"))
-    return f"'{allowed_in_markup(inner)}'"
+    return f"'{inner}'"
 
 
 def bare(text, syntax):

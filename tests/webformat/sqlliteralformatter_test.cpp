@@ -44,10 +44,10 @@ constexpr Row kRows[] = {
     {__LINE__, Types::kHTML, nullptr, L"&#39;&#39;"},
     {__LINE__, Types::kXML, L"O'Brien", L"'O&#39;&#39;Brien'"},
     {__LINE__, Types::kXML, L"\"R&D\" <x>", L"'&quot;R&amp;D&quot; &lt;x&gt;'"},
-    // What XML does not allow is replaced; nothing is in the way of it in plain text.
+    // Kept: characters that XML does not allow are copied, too.
     {__LINE__, Types::kXML, L"a\xFFFE\xFFFF\U00010000\xFFFD\xE000\xD7FF",
-     L"'a\xFFFD\xFFFD\U00010000\xFFFD\xE000\xD7FF'"},
-    {__LINE__, Types::kHTML, L"\xFFFE\xFFFF", L"&#39;\xFFFD\xFFFD&#39;"},
+     L"'a\xFFFE\xFFFF\U00010000\xFFFD\xE000\xD7FF'"},
+    {__LINE__, Types::kHTML, L"\xFFFE\xFFFF", L"&#39;\xFFFE\xFFFF&#39;"},
     {__LINE__, Types::kText, L"a\xFFFE", L"'a\xFFFE'"},
     {__LINE__, Types::kXML, L"", L"''"},
     {__LINE__, Types::kXML, nullptr, L"''"},

@@ -44,7 +44,7 @@ struct MatrixRow
 
 constexpr MatrixRow kMatrix[] = {
     {__LINE__, kHTML, {kMarkup, kValue, kNoBreak, kScriptInMarkup, kValue}},
-    {__LINE__, kXML, {kMarkup, kValue, kMarkup, kMarkup, kMarkup}},
+    {__LINE__, kXML, {kMarkup, kValue, kMarkup, kMarkup, kValue}},
     {__LINE__, kJavaScript, {kScript, kScript, kScript, kScript, kScript}},
     {__LINE__, kPDF, {kMarkup, kMarkup, kMarkup, kMarkup, kImage}},
     {__LINE__, kXLSX, {kMarkup, kMarkup, kMarkup, kMarkup, kImage}},
