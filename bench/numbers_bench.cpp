@@ -11,6 +11,7 @@
 #include <locale>
 #include <type_traits>
 
+#include "support/commas.h"
 #include "support/contenders.h"
 #include "support/contest.h"
 #include "support/values.h"
@@ -115,14 +116,6 @@ private:
     UErrorCode m_eError = U_ZERO_ERROR;
     icu::number::LocalizedNumberFormatter m_tFormatter;
     icu::UnicodeString m_sText;
-};
-
-class Commas : public std::numpunct<wchar_t>
-{
-protected:
-    wchar_t do_thousands_sep() const override { return L','; }
-    wchar_t do_decimal_point() const override { return L'.'; }
-    std::string do_grouping() const override { return "\3"; }
 };
 
 class FmtGrouped

@@ -6,6 +6,7 @@
 
 #include "support/contest.h"
 #include "support/htmlreference.h"
+#include "support/naiveencoding.h"
 #include "support/values.h"
 #include "webformat/textformatter.h"
 #include "webformat/truncateformatter.h"
@@ -170,50 +171,6 @@ private:
     std::wstring m_sResult;
 };
 
-struct EncodeMarkup
-{
-    void operator()(std::wstring& sResult, wchar_t nChar) const
-    {
-        switch (nChar)
-        {
-        case L'&': sResult += L"&amp;"; break;
-        case L'<': sResult += L"&lt;"; break;
-        case L'>': sResult += L"&gt;"; break;
-        case L'"': sResult += L"&quot;"; break;
-        case L'\'': sResult += L"&#39;"; break;
-        default: sResult += nChar; break;
-        }
-    }
-};
-
-struct EncodeJavaScript
-{
-    void operator()(std::wstring& sResult, wchar_t nChar) const
-    {
-        switch (nChar)
-        {
-        case L'\\': sResult += L"\\\\"; break;
-        case L'\n': sResult += L"\\n"; break;
-        case L'\t': sResult += L"\\t"; break;
-        case L'"': sResult += L"\\u0022"; break;
-        case L'\'': sResult += L"\\u0027"; break;
-        case L'<': sResult += L"\\u003C"; break;
-        case L'>': sResult += L"\\u003E"; break;
-        default: sResult += nChar; break;
-        }
-    }
-};
-
-struct EncodeSQL
-{
-    void operator()(std::wstring& sResult, wchar_t nChar) const
-    {
-        if (nChar == L'\'')
-            sResult += L'\'';
-        sResult += nChar;
-    }
-};
-
 // Drops tags and knows &amp; alone; it hides no element.
 struct DropTags
 {
@@ -306,10 +263,10 @@ void addTruncation(const std::string& sValues, const std::vector<Value>& vValues
 int main(int nArguments, char** ppArguments)
 {
     using namespace tov;
-    addFormatter<EncodeMarkup>("HTML", Types::kHTML, L"&<>\"'");
-    addFormatter<EncodeMarkup>("XML", Types::kXML, L"&<>\"'");
-    addFormatter<EncodeJavaScript>("JavaScript", Types::kJavaScript, L"\\\n\t\"'<>");
-    addFormatter<EncodeSQL>("SQL literal", Types::kSQLLiteral, L"'");
+    addFormatter<AppendMarkup>("HTML", Types::kHTML, L"&<>\"'");
+    addFormatter<AppendMarkup>("XML", Types::kXML, L"&<>\"'");
+    addFormatter<AppendJavaScript>("JavaScript", Types::kJavaScript, L"\\\n\t\"'<>");
+    addFormatter<AppendSQL>("SQL literal", Types::kSQLLiteral, L"'");
     addRemoval("HTML removal, plain text", Agreement::kSameText, plainValues());
     addRemoval("HTML removal, markup", Agreement::kNone, markupValues());
     addTruncation("plain text", plainValues());
