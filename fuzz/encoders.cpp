@@ -10,6 +10,7 @@
 #include "support/decoders.h"
 #include "webbedrock/assertion.h"
 #include "webbedrock/encoding.h"
+#include "webbedrock/vectorescaping.h"
 
 namespace {
 
@@ -56,8 +57,8 @@ String textOf(const std::uint8_t* pData, std::size_t nSize, bool bFourBytes)
 
 // Whole, behind other contents, in pieces and into a target of the exact size: always the same.
 template <class Source>
-String encodedInAllWays(const Encoding<Source, wchar_t>& tEncoding, const Source* pSource, std::size_t nSource,
-                        const Choices& tChoices)
+String encodedAtOneLevel(const Encoding<Source, wchar_t>& tEncoding, const Source* pSource, std::size_t nSource,
+                         const Choices& tChoices)
 {
     const String sWhole = encodeAsString(tEncoding, pSource, nSource);
 
@@ -85,6 +86,21 @@ String encodedInAllWays(const Encoding<Source, wchar_t>& tEncoding, const Source
     const bool bAllButTheEnd = nResult + 4 == sWhole.size();  // base64 without its last group
     require(sWhole.empty() || nResult == W2WEncoding::knTooSmall || bAllButTheEnd);
     return sWhole;
+}
+
+// The same with vectors of every width.
+template <class Source>
+String encodedInAllWays(const Encoding<Source, wchar_t>& tEncoding, const Source* pSource, std::size_t nSource,
+                        const Choices& tChoices)
+{
+    limitVectorLevel(VectorLevel::kPortable);
+    const String sPortable = encodedAtOneLevel(tEncoding, pSource, nSource, tChoices);
+    for (const VectorLevel eLevel : {VectorLevel::kV2, VectorLevel::kV3})
+    {
+        limitVectorLevel(eLevel);
+        require(encodedAtOneLevel(tEncoding, pSource, nSource, tChoices) == sPortable);
+    }
+    return sPortable;
 }
 
 String withXMLCharactersOnly(String sText)

@@ -46,6 +46,7 @@ template <bool bMarkup>
 struct JavaLiteralRule
 {
     static constexpr EscapeTable kTable = javaLiteralTable(bMarkup);
+    static constexpr EscapeMarks kMarks = EscapeMarks::of(kTable, 0x2029, EscapeMarks::knNever);
 
     static std::uint8_t classOfHigh(std::uint32_t nCode)
     {
@@ -66,6 +67,7 @@ constexpr EscapeTable sqlLiteralTable()
 struct SQLLiteralRule
 {
     static constexpr EscapeTable kTable = sqlLiteralTable();
+    static constexpr EscapeMarks kMarks = EscapeMarks::of(kTable, 0, EscapeMarks::knNever);
 
     static std::uint8_t classOfHigh(std::uint32_t) { return EscapeTable::knClean; }
 };

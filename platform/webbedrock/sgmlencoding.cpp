@@ -43,6 +43,12 @@ constexpr EscapeTable noBreakTable()
     return tTable;
 }
 
+// Everything from the surrogates on is looked at.
+constexpr EscapeMarks marksOf(const EscapeTable& tTable)
+{
+    return EscapeMarks::of(tTable, 0, 0xD800);
+}
+
 struct HighRule
 {
     static std::uint8_t classOfHigh(std::uint32_t nCode)
@@ -54,16 +60,19 @@ struct HighRule
 struct NoQuotesRule : HighRule
 {
     static constexpr EscapeTable kTable = commonTable();
+    static constexpr EscapeMarks kMarks = marksOf(kTable);
 };
 
 struct QuotesRule : HighRule
 {
     static constexpr EscapeTable kTable = quotesTable();
+    static constexpr EscapeMarks kMarks = marksOf(kTable);
 };
 
 struct NoBreakRule : HighRule
 {
     static constexpr EscapeTable kTable = noBreakTable();
+    static constexpr EscapeMarks kMarks = marksOf(kTable);
 };
 
 // Calls `tUse` with the escaper of the mode.
