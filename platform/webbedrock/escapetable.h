@@ -57,13 +57,4 @@ private:
     std::uint8_t m_nNextClass = knClean + 1;
 };
 
-// The class of a character: that of the table, or what the rule says of those from 128 up.
-template <class Rule>
-std::uint8_t escapeClassOf(wchar_t nChar)
-{
-    const std::uint32_t nCode = static_cast<std::uint32_t>(nChar);
-    const std::uint8_t nClass = Rule::kTable.classOf(nCode);
-    return nClass == EscapeTable::knAsk ? Rule::classOfHigh(nCode) : nClass;
-}
-
 }  // namespace tov

@@ -57,6 +57,8 @@ public:
     }
 
 private:
+    static constexpr EscapeRule kRule{Rule::kTable, &Rule::classOfHigh, Rule::kMarks};
+
     // Puts the buffer back to a length where something fails.
     struct LengthGuard
     {
@@ -73,7 +75,7 @@ private:
 
     static EscapeWalk walkBlocks(EscapeWalk tWalk, const wchar_t* pSourceEnd, const wchar_t* pTargetEnd)
     {
-        return VectorEscaper<Rule>::walk(vectorLevel(), tWalk, pSourceEnd, pTargetEnd);
+        return walkInBlocks(vectorLevel(), kRule, tWalk, pSourceEnd, pTargetEnd);
     }
 
     static bool fits(const wchar_t* pSource, std::size_t nSource, std::size_t nRoom)
@@ -92,7 +94,7 @@ private:
         tBuffer.advance(static_cast<std::size_t>(pTarget - pStart));
     }
 
-    static std::uint8_t classOf(wchar_t nChar) { return escapeClassOf<Rule>(nChar); }
+    static std::uint8_t classOf(wchar_t nChar) { return kRule.classOf(nChar); }
 
     // Markup comes where nobody can foresee it, so that a branch on it costs more than a copy of some characters too
     // many.
