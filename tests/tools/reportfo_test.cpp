@@ -107,6 +107,23 @@ TEST(ReportFo, ChoosesThePageAndTheDirectionForTheReport)
     EXPECT_EQ(read(render(tFolder, reportXml(sColumns + sColumns), sData), "pages"), "1190.60pt None\n");
 }
 
+TEST(ReportFo, MakesColumnsThatFillThePageAndAreNotWider)
+{
+    const TemporaryFolder tFolder;
+    for (const int nColumns : {1, 3, 6, 7})
+    {
+        std::string sColumns;
+        for (int nColumn = 0; nColumn < nColumns; ++nColumn)
+            sColumns += column("t", "integer");
+        const std::string sDocument = readFile(render(tFolder, reportXml(sColumns), "t\n5\n"));
+        const std::string sBefore = "column-width=\"";
+        double fSum = 0;
+        for (std::size_t nAt = 0; (nAt = sDocument.find(sBefore, nAt)) != std::string::npos; ++nAt)
+            fSum += std::stod(sDocument.substr(nAt + sBefore.size()));
+        EXPECT_NEAR(fSum, 841.90 - 2 * 28.30, 0.001) << nColumns;  // the margins are 10 mm
+    }
+}
+
 TEST(ReportFo, IsWholeWithoutARow)
 {
     const TemporaryFolder tFolder;

@@ -1,3 +1,4 @@
+#include <cmath>
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -194,8 +195,14 @@ void Document::writeTable()
 
 void Document::writeColumns()
 {
+    // What one width loses in rounding goes to the next: rounded one by one they could be wider than the page.
+    double fRest = 0;
     for (const double fWidth : m_tLayout.vWidths)
-        m_tOutput.write(L"<fo:table-column column-width=\"" + points(fWidth) + L"\"/>\n");
+    {
+        const double fRounded = std::round((fWidth + fRest) * 100) / 100;
+        fRest += fWidth - fRounded;
+        m_tOutput.write(L"<fo:table-column column-width=\"" + points(fRounded) + L"\"/>\n");
+    }
 }
 
 void Document::writeHeadings()
