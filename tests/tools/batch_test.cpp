@@ -118,6 +118,8 @@ TEST(Batch, SaysWhatIsWrongWithARequest)
          R"j({"error":"expected one of \"value\" and \"values\""})j"},
         {__LINE__, R"j({"type":"double","values":1})j",
          R"j({"error":"\"values\": found a number, expected an array"})j"},
+        {__LINE__, R"j({"type":"double","values":[1,"x",3]})j",
+         R"j({"error":"value 2: found \"x\", expected a number, NaN, INF or -INF"})j"},
         {__LINE__, R"j({"type":"double","value":"12x"})j",
          R"j({"error":"found \"12x\", expected a number, NaN, INF or -INF"})j"},
         {__LINE__, R"j({"type":"double","value":1,"minDigits":-1})j",
@@ -177,6 +179,7 @@ TEST(Batch, AnswersTheOtherRequests)
         {__LINE__, R"j({"do":"definition"})j", R"j({"error":"found no \"definition\", expected a string"})j"},
         {__LINE__, R"j({"do":"compare","a":null,"b":null})j", R"j({"order":0})j"},
         {__LINE__, R"j({"do":"compare","b":"<tov:dataFormat xsi:type='tov:number'/>"})j", R"j({"order":-1})j"},
+        {__LINE__, R"j({"do":"compare","a":1,"b":2})j", R"j({"error":"\"a\": found a number, expected a string"})j"},
         {__LINE__,
          R"j({"do":"compare","a":"<tov:dataFormat xsi:type='tov:number'/>",)j"
          R"j("b":"<tov:dataFormat xsi:type='tov:text'/>"})j",

@@ -131,7 +131,9 @@ void answerConvert(const BatchRequest& tRequest, JsonObject& tResponse)
 
 void answerCompare(const BatchRequest& tRequest, JsonObject& tResponse)
 {
-    const int nOrder = WebValueFormatDefinition::CompareDefinitions(tRequest.definition("a"), tRequest.definition("b"));
+    const WebValueFormatDefinitionHandle hA = tRequest.definition("a");
+    const WebValueFormatDefinitionHandle hB = tRequest.definition("b");
+    const int nOrder = WebValueFormatDefinition::CompareDefinitions(hA, hB);
     tResponse.add("order", nOrder < 0 ? -1 : nOrder > 0 ? 1 : 0);
 }
 

@@ -222,6 +222,19 @@ unsigned extrasOf(const BatchRequest& tRequest)
     return nExtras;
 }
 
+// A value of "values"; an error says which one, counted from 1.
+TypedValue listedValue(const SQLDataType& tType, const JsonValue& tValue, std::size_t nPlace)
+{
+    try
+    {
+        return valueFromJson(tType, tValue);
+    }
+    catch (const InputError& tError)
+    {
+        throw InputError("value " + std::to_string(nPlace) + ": " + tError.what());
+    }
+}
+
 // The values of a request, one of "value" or all of "values".
 std::vector<TypedValue> valuesOf(const BatchRequest& tRequest, const SQLDataType& tType)
 {
@@ -239,7 +252,7 @@ std::vector<TypedValue> valuesOf(const BatchRequest& tRequest, const SQLDataType
         throw InputError("\"values\": found " + std::string(pAll->kindName()) + ", expected an array");
     vValues.reserve(pAll->items().size());
     for (const JsonValue& tValue : pAll->items())
-        vValues.push_back(valueFromJson(tType, tValue));
+        vValues.push_back(listedValue(tType, tValue, vValues.size() + 1));
     return vValues;
 }
 
