@@ -50,7 +50,12 @@ TEST(CommandLine, TellsDoneFromWrongInputAndWrongUsage)
         {__LINE__, {"batch", "--help"}, 0, "Answers requests", ""},
         {__LINE__, {"list", "--help"}, 0, "Prints the names", ""},
         {__LINE__, {}, 2, "", "A subcommand is required"},
-        {__LINE__, {"nonsense"}, 2, "", "subcommand"},
+        {__LINE__,
+         {"nonsense", "--type", "double"},
+         2,
+         "",
+         "webformat: found \"nonsense\", expected one of report, value, explain, batch, list\nRun with --help"},
+        {__LINE__, {"--nonsense"}, 2, "", "webformat: found \"--nonsense\", expected one of report, value"},
         {__LINE__, {"list"}, 2, "", "KIND is required"},
         {__LINE__, {"list", "nonsense"}, 2, "", "nonsense not in {types,locales,currencies,time-zones,outputs}"},
         {__LINE__, {"list", "currencies"}, 0, "ADP\nAED\nAFA\n", ""},
@@ -63,7 +68,12 @@ TEST(CommandLine, TellsDoneFromWrongInputAndWrongUsage)
          {"value", "--type", "double", "--storage", "x", "1"},
          1,
          "",
-         "found the storage \"x\", expected one of double"},
+         "--storage: found the storage \"x\", expected one of double"},
+        {__LINE__,
+         {"value", "--type", "double", "--storage", "wchar", "a"},
+         1,
+         "",
+         "webformat: no formatter applies to values of the type \"double\" with the storage \"wchar\""},
         {__LINE__, {"value", "--type", "double", "--locale", "xx", "1"}, 1, "", "found the locale \"xx\""},
         {__LINE__, {"value", "--type", "double", "--output", "htm", "1"}, 1, "", "found the output \"htm\""},
         {__LINE__, {"value", "--type", "double", "--pattern", "0", "--definition", "<a/>", "1"}, 2, "", "excludes"},
@@ -206,6 +216,7 @@ TEST(CommandLine, TellsDoneFromWrongInputAndWrongUsage)
         EXPECT_NE(tResult.sErrors.find(tRow.sMessage), std::string::npos)
             << "row at line " << tRow.nLine << ": " << tResult.sErrors;
         EXPECT_EQ(tRow.nStatus == 0, tResult.sErrors.empty()) << "row at line " << tRow.nLine << tResult.sErrors;
+        EXPECT_EQ(tResult.sErrors.find("ssertion"), std::string::npos) << "row at line " << tRow.nLine;
     }
 }
 

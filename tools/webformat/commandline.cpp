@@ -32,6 +32,25 @@ void loadConfiguration(const std::string& sPath)
     ConfigReader::setGlobalInstance(std::move(pReader));
 }
 
+// The sub-commands' names, "a, b, c".
+std::string commandNames(const CLI::App& tApp)
+{
+    std::string sResult;
+    for (const CLI::App* pCommand : tApp.get_subcommands([](const CLI::App*) { return true; }))
+        sResult += (sResult.empty() ? "" : ", ") + pCommand->get_name();
+    return sResult;
+}
+
+// A word in the place of a sub-command is named: that one is missing is only half of what is wrong.
+std::string failureText(const CLI::App* pApp, const CLI::Error& tError)
+{
+    const std::vector<std::string> vRest = pApp->remaining();
+    if (vRest.empty() || !pApp->get_subcommands().empty())
+        return CLI::FailureMessage::simple(pApp, tError);
+    return "webformat: found " + quotedForMessage(vRest.front()) + ", expected one of " + commandNames(*pApp) +
+           "\nRun with --help for more information.\n";
+}
+
 void describe(CLI::App& tApp, std::string& sConfig)
 {
     tApp.description(
@@ -40,6 +59,7 @@ void describe(CLI::App& tApp, std::string& sConfig)
     tApp.set_version_flag("--version", "webformat " WEBFORMAT_VERSION);
     tApp.add_option("--config", sConfig, "Host configuration (significant digits, time zones)")->type_name("FILE.xml");
     tApp.require_subcommand(1);
+    tApp.failure_message(&failureText);
     // An option that a sub-command does not know belongs to the command: --config may stand anywhere.
     tApp.fallthrough();
 }

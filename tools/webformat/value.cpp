@@ -6,6 +6,7 @@
 #include "names.h"
 #include "outputfile.h"
 #include "reportdefinition.h"
+#include "threadcollector.h"
 #include "webformat/valueformatter.h"
 #include "zonesettings.h"
 
@@ -31,8 +32,10 @@ struct ValueOptions
 
 SQLDataType typeOf(const ValueOptions& tOptions)
 {
-    const SQLDataType tType = ofArgument("--type", [&] { return typeFromNames(tOptions.sType, tOptions.sStorage); });
-    return tOptions.sStorage.empty() ? columnType(tType) : tType;
+    const SQLDataType tType = ofArgument("--type", [&] { return typeFromNames(tOptions.sType, {}); });
+    if (tOptions.sStorage.empty())
+        return columnType(tType);
+    return ofArgument("--storage", [&] { return typeFromNames(tOptions.sType, tOptions.sStorage); });
 }
 
 ZoneSettings zonesOf(const ValueOptions& tOptions)
@@ -57,12 +60,15 @@ WebValueFormatterHandle makeFormatter(const ValueOptions& tOptions, const SQLDat
         ofArgument("--output", [&] { return outputFromName(tOptions.sOutput); });
     const ZoneSettings tZones = zonesOf(tOptions);
     const TimeZoneResolver tResolver = resolverOf(tZones, tLanguage);
-    if (tOptions.pPattern->count() != 0)
-        return WebValueFormatter::GetCustomFormatterTZ(tType, wideArgument(tOptions.sPattern, "--pattern"), tLocale,
-                                                       tResolver, eOutput, tLanguage, tZones.sDisplayTimeZone);
     WebValueFormatDefinitionHandle hDefinition;
     if (tOptions.pDefinition->count() != 0)
         hDefinition = readStrictDefinition(tOptions.sDefinition, tLocale, "--definition");
+    // A null handle says that nothing applies: the assertion behind it is no news to who typed the command.
+    ThreadCollector::install();
+    const ThreadCollector tQuiet;
+    if (tOptions.pPattern->count() != 0)
+        return WebValueFormatter::GetCustomFormatterTZ(tType, wideArgument(tOptions.sPattern, "--pattern"), tLocale,
+                                                       tResolver, eOutput, tLanguage, tZones.sDisplayTimeZone);
     return WebValueFormatter::GetFormatter(tType, hDefinition, tLocale, tResolver, eOutput, 0, 0, tLanguage,
                                            tZones.sDisplayTimeZone);
 }
@@ -113,7 +119,10 @@ void addValueCommand(CLI::App& tApp, CommandAction& tAction)
     pCommand->add_option("--language", pOptions->sLanguage, "Language of the user interface")->capture_default_str();
     pCommand->add_option("--output", pOptions->sOutput, "Output type (see: webformat list outputs)")
         ->capture_default_str();
-    pCommand->add_option("--data-offset", pOptions->sDataOffset, "Minutes east of UTC with which timestamps are stored")
+    pCommand
+        ->add_option(
+            "--data-offset", pOptions->sDataOffset,
+            "Minutes east of UTC with which timestamps are stored, or \"unknown\"; UTC unless given or configured")
         ->type_name("MINUTES");
     pCommand->add_option("--time-zone", pOptions->sTimeZone,
                          "Zone to show timestamps in (see: webformat list time-zones)");
