@@ -68,11 +68,18 @@ TEST(WorkbookWriter, CutsWhatACellCannotHoldAndCountsIt)
     tWriter.writeText(3, 0, String(16384, L'😀'), WorkbookWriter::kLeft);  // two units each
     EXPECT_EQ(tWriter.cutTexts(), 2u);
     tWriter.writeText(4, 0, L"a\r\nb\rc\uFFFE\x01", WorkbookWriter::kLeft);
+    // What stands for an underscore takes room, too.
+    tWriter.writeText(5, 0, L"_x0041_" + String(32754, L'd'), WorkbookWriter::kLeft);
+    EXPECT_EQ(tWriter.cutTexts(), 2u);
+    tWriter.writeText(6, 0, L"_x0041_" + String(32755, L'e'), WorkbookWriter::kLeft);
+    EXPECT_EQ(tWriter.cutTexts(), 3u);
     tWriter.finish({7});
     const std::string sSheet = partOf(sPath, ksSheet);
     EXPECT_NE(sSheet.find(">" + std::string(32767, 'a') + "<"), std::string::npos);
     EXPECT_NE(sSheet.find(">" + std::string(32766, 'b') + "\xE2\x80\xA6<"), std::string::npos);
     EXPECT_NE(sSheet.find("a\nb\nc\xEF\xBF\xBD_x0001_<"), std::string::npos);
+    EXPECT_NE(sSheet.find(">_x005F_x0041_" + std::string(32754, 'd') + "<"), std::string::npos);
+    EXPECT_NE(sSheet.find(">_x005F_x0041_" + std::string(32753, 'e') + "\xE2\x80\xA6<"), std::string::npos);
 }
 
 TEST(WorkbookWriter, HasAsManyNumberFormatsAsEveryVersionTakes)

@@ -68,19 +68,21 @@ bool startsEscape(std::wstring_view sText)
            sText.substr(2, 4).find_first_not_of(sHexDigits) == std::wstring_view::npos;
 }
 
-// The underscore of what would be read as an escape stands as its own number.
-std::string withoutEscapes(std::wstring_view sText)
+// Appends as much of a text as fits into so many UTF-16 units; whether that is all of it. The underscore of what would
+// be read as an escape stands as its own number, whose characters count: a cell whose text is longer is left out.
+bool appendWithoutEscapes(String& sResult, std::wstring_view sText, std::size_t nUnits)
 {
-    if (sText.find(L"_x") == std::wstring_view::npos)
-        return toUtf8(sText);
-    String sResult;
+    constexpr std::wstring_view sUnderscore = L"_x005F_";
     for (std::size_t nAt = 0; nAt < sText.size(); ++nAt)
     {
-        if (startsEscape(sText.substr(nAt)))
-            sResult += L"_x005F";
-        sResult += sText[nAt];
+        const bool bEscape = startsEscape(sText.substr(nAt));
+        const std::size_t nOwnUnits = bEscape ? sUnderscore.size() : utf16Units(sText[nAt]);
+        if (nOwnUnits > nUnits)
+            return false;
+        nUnits -= nOwnUnits;
+        sResult += bEscape ? sUnderscore : sText.substr(nAt, 1);
     }
-    return toUtf8(sResult);
+    return true;
 }
 
 // Lines end as a cell has it, and there is no character that a document cannot hold.
@@ -210,11 +212,13 @@ void WorkbookWriter::layOutPages(const String& sTitle)
 std::string WorkbookWriter::cellText(std::wstring_view sText)
 {
     const String sCell = asCellHasIt(sText);
-    const std::wstring_view sFits = firstUnits(sCell, knLongestText);
-    if (sFits.size() == sCell.size())
-        return withoutEscapes(sCell);
+    String sWritten;
+    if (appendWithoutEscapes(sWritten, sCell, knLongestText))
+        return toUtf8(sWritten);
     ++m_nCutTexts;
-    return withoutEscapes(firstUnits(sCell, knLongestText - 1)) + "\xE2\x80\xA6";
+    sWritten.clear();
+    appendWithoutEscapes(sWritten, sCell, knLongestText - 1);
+    return toUtf8(sWritten + L'\u2026');
 }
 
 void WorkbookWriter::writeHeading(std::size_t nColumn, std::wstring_view sText, Alignment eAlignment)
@@ -267,8 +271,7 @@ void WorkbookWriter::finish(const std::vector<std::size_t>& vWidths)
         const lxw_col_t nPlace = static_cast<lxw_col_t>(nColumn);
         worksheet_set_column(m_pSheet, nPlace, nPlace, static_cast<double>(nWidth) + fPadding, nullptr);
     }
-    const String sAll = L"A1:XFD1048576";
-    worksheet_ignore_errors(m_pSheet, LXW_IGNORE_NUMBER_STORED_AS_TEXT, toUtf8(sAll).c_str());
+    worksheet_ignore_errors(m_pSheet, LXW_IGNORE_NUMBER_STORED_AS_TEXT, "A1:XFD1048576");
     const bool bFull = m_pSheet->optimize_tmpfile &&
                        (std::fflush(m_pSheet->optimize_tmpfile) != 0 || std::ferror(m_pSheet->optimize_tmpfile));
     if (bFull)
