@@ -149,6 +149,13 @@ TEST(FoLayout, TakesTheSmallestPageOnWhichNothingIsSqueezed)
     EXPECT_NEAR(chooseLayout({}).fPageWidth, 841.9, 0.01);
 }
 
+TEST(FoLayout, LeavesRoomInEveryColumnHoweverManyThereAre)
+{
+    const FoLayout tLayout = chooseLayout(std::vector<FoColumnNeeds>(5000, FoColumnNeeds{0, 0, 12, true}));
+    EXPECT_NEAR(tLayout.contentWidth(0), 1, 0.01);
+    EXPECT_GT(tLayout.lineWidth(0), 0U);
+}
+
 TEST(FoLayout, SharesThePageOut)
 {
     for (const std::size_t nColumns : {1U, 2U, 7U, 30U, 500U})

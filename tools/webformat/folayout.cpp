@@ -72,7 +72,7 @@ double sharedWidth(const Widths& tWidths, const Widths& tSum, double fRoom)
 
 unsigned FoLayout::lineWidth(std::size_t nColumn) const
 {
-    return static_cast<unsigned>(std::max(contentWidth(nColumn), 1.0) * 1000 / fFontSize);
+    return static_cast<unsigned>(contentWidth(nColumn) * 1000 / fFontSize);
 }
 
 FoLayout chooseLayout(const std::vector<FoColumnNeeds>& vNeeds)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
 #include <vector>
 
 namespace tov {
@@ -25,8 +27,8 @@ struct FoLayout
 
     // How wide a line in a column may be, in thousandths of the font size.
     unsigned lineWidth(std::size_t nColumn) const;
-    // The same in points.
-    double contentWidth(std::size_t nColumn) const { return vWidths[nColumn] - 2 * fPadding; }
+    // The same in points; at least 1, however many columns share the page.
+    double contentWidth(std::size_t nColumn) const { return std::max(vWidths[nColumn] - 2 * fPadding, 1.0); }
 };
 
 // Chooses the smallest page, landscape from A4 in 8 points over A4 in 7 points to A0, on which no value is squeezed,
