@@ -116,6 +116,8 @@ TEST(FoMarkup, ReadsWhatIsBrokenAsFarAsItGoes)
         {__LINE__, L"a<!-- <b> -->c", L"{ac}"},
         {__LINE__, L"a<script>alert('<b>')</script>b", L"{ab}"},
         {__LINE__, L"a<STYLE>b</style >c<object><embed>d</embed></object>e", L"{ace}"},
+        {__LINE__, L"a<script>if (b<c) d('</scripts>');</SCRIPT>e", L"{ae}"},
+        {__LINE__, L"a<style>b<!-- c </style>d<script>e</script", L"{ad}"},
         {__LINE__, L"a<script/>b", L"{ab}"},
         {__LINE__, L"a<script>b</b>c", L"{a}"},
         {__LINE__, L"</script>a", L"{a}"},
@@ -144,6 +146,13 @@ TEST(FoMarkup, LetsLinksLeadToTheWebAndToMailOnly)
     };
     for (const Row& tRow : kRows)
         EXPECT_EQ(fragment(tRow.pText), tRow.pExpected) << "row at line " << tRow.nLine;
+}
+
+TEST(FoMarkup, DropsLinksThatAreTooLongToBeRepeated)
+{
+    const String sLongest = L"https://a/" + String(2038, L'b');
+    EXPECT_EQ(fragment(L"<a href=\"" + sLongest + L"\">c</a>"), L"@" + sLongest + L"@{c}");
+    EXPECT_EQ(fragment(L"<a href=\"" + sLongest + L"b\">c</a>"), L"{c}");
 }
 
 TEST(FoMarkup, TakesImagesFromTheWebAndFromDataOnly)

@@ -59,9 +59,13 @@ bool isWebAddress(std::wstring_view sUrl)
     return hasScheme(sUrl, L"http://") || hasScheme(sUrl, L"https://");
 }
 
-// Where a link may lead; nothing that runs or reads something where the document is opened.
+// Where a link may lead; nothing that runs or reads something where the document is opened. A longer address than
+// servers take would be written again for every change of the link's look.
 String linkTarget(std::wstring_view sUrl)
 {
+    constexpr std::size_t knLongestTarget = 2048;
+    if (sUrl.size() > knLongestTarget)
+        return String();
     String sClean = cleanUrl(sUrl);
     return isWebAddress(sClean) || hasScheme(sClean, L"mailto:") ? sClean : String();
 }

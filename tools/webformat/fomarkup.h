@@ -53,10 +53,10 @@ public:
 // images only, however broken the markup is. What it hands over is not encoded.
 void readFoCell(std::wstring_view sCell, FoContentSink& tSink);
 
-// Reads a fragment of HTML. Links to http, https and mailto, b, strong, i, em, u, br, pre and img have their meaning;
-// blocks start on a line of their own; of any other element the text remains, of script, style, object and embed
-// nothing. Ends without a start are ignored, open ends end with the fragment. Named entities are those of XML, nbsp and
-// the common punctuation; others stand as they are written.
+// Reads a fragment of HTML. Links to http, https and mailto of at most 2,048 characters, b, strong, i, em, u, br, pre
+// and img have their meaning; blocks start on a line of their own; of any other element the text remains, of script,
+// style, object and embed nothing. Ends without a start are ignored, open ends end with the fragment. Named entities
+// are those of XML, nbsp and the common punctuation; others stand as they are written.
 //
 // Example: "<b>a<i>b</b>c&amp;" -> "a" bold, "b" bold and italic, "c&" italic
 void readHtmlFragment(std::wstring_view sHtml, FoContentSink& tSink);

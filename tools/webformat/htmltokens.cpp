@@ -29,6 +29,11 @@ bool isBlank(wchar_t nCharacter)
     return nCharacter == L' ' || (nCharacter >= L'\t' && nCharacter <= L'\r');
 }
 
+bool isNameCharacter(wchar_t nCharacter)
+{
+    return !isBlank(nCharacter) && nCharacter != L'/' && nCharacter != L'>';
+}
+
 // A digit's value, or 99.
 unsigned digitValue(wchar_t nDigit)
 {
@@ -67,6 +72,13 @@ wchar_t referencedCharacter(std::wstring_view sName)
     const auto tFound = std::find_if(kaEntities.begin(), kaEntities.end(),
                                      [&](const auto& tEntity) { return tEntity.first == sLower; });
     return tFound == kaEntities.end() ? L'\0' : tFound->second;
+}
+
+bool startsMarkup(std::wstring_view sText)
+{
+    if (sText.size() < 2 || sText[0] != L'<')
+        return false;
+    return isLetter(sText[1]) || sText[1] == L'/' || sText[1] == L'!' || sText[1] == L'?';
 }
 
 }  // namespace
@@ -111,23 +123,19 @@ bool HtmlTokens::next()
 {
     while (!m_sRest.empty())
     {
-        m_bTag = startsMarkup();
+        m_bTag = startsMarkup(m_sRest);
         if (!m_bTag)
         {
             readText();
             return true;
         }
-        if (!readComment() && readTag())
-            return true;
+        if (readComment() || !readTag())
+            continue;
+        if (!m_tTag.bEnd && !m_tTag.bEmpty && (m_tTag.sName == L"script" || m_tTag.sName == L"style"))
+            skipRawContent();
+        return true;
     }
     return false;
-}
-
-bool HtmlTokens::startsMarkup() const
-{
-    if (m_sRest.size() < 2 || m_sRest[0] != L'<')
-        return false;
-    return isLetter(m_sRest[1]) || m_sRest[1] == L'/' || m_sRest[1] == L'!' || m_sRest[1] == L'?';
 }
 
 bool HtmlTokens::readComment()
@@ -148,7 +156,7 @@ bool HtmlTokens::readTag()
     m_tTag.bEnd = m_sRest[1] == L'/';
     skip(m_tTag.bEnd ? 2 : 1);
     std::size_t nName = 0;
-    while (nName < m_sRest.size() && !isBlank(m_sRest[nName]) && m_sRest[nName] != L'/' && m_sRest[nName] != L'>')
+    while (nName < m_sRest.size() && isNameCharacter(m_sRest[nName]))
         ++nName;
     m_tTag.sName = lowerAscii(m_sRest.substr(0, nName));
     skip(nName);
@@ -173,8 +181,7 @@ bool HtmlTokens::readTag()
 bool HtmlTokens::readAttribute()
 {
     std::size_t nName = 1;  // a "=" in front belongs to the name
-    while (nName < m_sRest.size() && !isBlank(m_sRest[nName]) && m_sRest[nName] != L'=' && m_sRest[nName] != L'/' &&
-           m_sRest[nName] != L'>')
+    while (nName < m_sRest.size() && isNameCharacter(m_sRest[nName]) && m_sRest[nName] != L'=')
         ++nName;
     String sName = lowerAscii(m_sRest.substr(0, nName));
     skip(nName);
@@ -203,6 +210,20 @@ bool HtmlTokens::readValue(std::wstring_view& sValue)
     return true;
 }
 
+// What a script or a style sheet holds is neither tags nor text, up to the tag that ends it.
+void HtmlTokens::skipRawContent()
+{
+    const String sEnd = L"</" + m_tTag.sName;
+    while (!m_sRest.empty())
+    {
+        skip(m_sRest.find(L'<'));
+        const bool bNameEnds = m_sRest.size() <= sEnd.size() || !isNameCharacter(m_sRest[sEnd.size()]);
+        if (bNameEnds && lowerAscii(m_sRest.substr(0, sEnd.size())) == sEnd)
+            return;
+        skip(1);
+    }
+}
+
 void HtmlTokens::skipBlanks()
 {
     while (!m_sRest.empty() && isBlank(m_sRest[0]))
@@ -212,9 +233,8 @@ void HtmlTokens::skipBlanks()
 void HtmlTokens::readText()
 {
     std::size_t nEnd = 1;
-    for (; nEnd < m_sRest.size(); ++nEnd)
-        if (m_sRest[nEnd] == L'<' && HtmlTokens(m_sRest.substr(nEnd)).startsMarkup())
-            break;
+    while (nEnd < m_sRest.size() && !startsMarkup(m_sRest.substr(nEnd)))
+        ++nEnd;
     m_sText = decodedText(m_sRest.substr(0, nEnd));
     skip(nEnd);
 }

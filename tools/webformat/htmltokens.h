@@ -27,8 +27,9 @@ struct HtmlTag
 //     name      = ALPHA *( any but blank, "/", ">" and, in attributes, "=" )
 //     comment   = "<!--" ... "-->" / ( "<!" / "<?" / "</" and no letter ) ... ">"
 //
-// "<" before anything else is text. Comments are dropped, and so is a tag or a comment without its end, with all that
-// follows. The first 64 attributes of a tag count. Takes time in proportion to the length.
+// "<" before anything else is text. Comments are dropped, and so are what stands between the tags of a script or style
+// sheet, and a tag or a comment without its end, with all that follows. The first 64 attributes of a tag count. Takes
+// time in proportion to the length.
 //
 // Example: `a&lt;b<I class=x>` -> text "a<b"; tag "i" with class="x"
 class HtmlTokens
@@ -45,11 +46,11 @@ public:
     const String& text() const { return m_sText; }  // of text, decoded
 
 private:
-    bool startsMarkup() const;
     bool readComment();
     bool readTag();
     bool readAttribute();
     bool readValue(std::wstring_view& sValue);
+    void skipRawContent();
     void skipBlanks();
     void readText();
     void skip(std::size_t nCount) { m_sRest.remove_prefix(nCount < m_sRest.size() ? nCount : m_sRest.size()); }
