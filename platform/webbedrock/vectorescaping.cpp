@@ -27,7 +27,7 @@ VectorLevel levelOfProcessor()
 #if defined(__x86_64__)
     if (__builtin_cpu_supports("avx2"))
         return VectorLevel::kV3;
-    if (__builtin_cpu_supports("ssse3"))
+    if (__builtin_cpu_supports("sse4.1"))
         return VectorLevel::kV2;
 #endif
     return VectorLevel::kPortable;
@@ -60,48 +60,46 @@ private:
 };
 
 #if defined(__x86_64__)
-#define WEBFORMAT_V2 __attribute__((target("ssse3")))
+#define WEBFORMAT_V2 __attribute__((target("sse4.1")))
 #define WEBFORMAT_V3 __attribute__((target("avx2")))
 
+// Two vectors of characters are packed into one of 16 bits each, where what has no place becomes U+FFFF, or 0 if
+// negative: both are marks.
 class V2Block
 {
 public:
     WEBFORMAT_V2 explicit V2Block(const EscapeRule& tRule)
         : m_tByLowBits(_mm_loadu_si128(reinterpret_cast<const __m128i*>(tRule.tMarks.aByLowBits.data()))),
-          m_tOther(_mm_set1_epi32(static_cast<int>(tRule.tMarks.nOther))),
-          m_tPair(_mm_set1_epi32(static_cast<int>(tRule.tMarks.nPair))),
-          m_tLastLow(_mm_set1_epi32(static_cast<int>(tRule.tMarks.nFirstHigh - 1)))
+          m_tOther(_mm_set1_epi16(static_cast<short>(tRule.tMarks.nOther))),
+          m_tPair(_mm_set1_epi16(static_cast<short>(tRule.tMarks.nPair))),
+          m_tFirstHigh(_mm_set1_epi16(static_cast<short>(tRule.tMarks.nFirstHigh)))
     {
     }
 
     WEBFORMAT_V2 std::uint32_t marks(const wchar_t* pBlock) const
     {
-        constexpr int knLanes = 4;
-        std::uint32_t nMarks = 0;
-#pragma GCC unroll 4
-        for (int nAt = 0; nAt < knBlock; nAt += knLanes)
-        {
-            const __m128i t = _mm_loadu_si128(reinterpret_cast<const __m128i*>(pBlock + nAt));
-            const __m128i tNear = _mm_or_si128(_mm_cmpeq_epi32(_mm_shuffle_epi8(m_tByLowBits, t), t),
-                                               _mm_cmpgt_epi32(_mm_set1_epi32(0x20), t));
-            const __m128i tFar = _mm_or_si128(_mm_cmpeq_epi32(_mm_or_si128(t, _mm_set1_epi32(1)), m_tPair),
-                                              _mm_cmpgt_epi32(t, m_tLastLow));
-            const __m128i tFound = _mm_or_si128(_mm_or_si128(tNear, tFar), _mm_cmpeq_epi32(t, m_tOther));
-            nMarks |= static_cast<std::uint32_t>(_mm_movemask_ps(_mm_castsi128_ps(tFound))) << nAt;
-        }
-        return nMarks;
+        const __m128i tMarks = _mm_packs_epi16(found(pBlock), found(pBlock + knBlock / 2));
+        return static_cast<std::uint32_t>(_mm_movemask_epi8(tMarks));
     }
 
-    static void copy(const wchar_t* pBlock, wchar_t* pTarget)
-    {
-        PortableBlock::copy(pBlock, pTarget);
-    }
+    static void copy(const wchar_t* pBlock, wchar_t* pTarget) { PortableBlock::copy(pBlock, pTarget); }
 
 private:
+    WEBFORMAT_V2 __m128i found(const wchar_t* pHalf) const
+    {
+        const __m128i* const pVectors = reinterpret_cast<const __m128i*>(pHalf);
+        const __m128i t = _mm_packus_epi32(_mm_loadu_si128(pVectors), _mm_loadu_si128(pVectors + 1));
+        const __m128i tNear = _mm_or_si128(_mm_cmpeq_epi16(_mm_shuffle_epi8(m_tByLowBits, t), t),
+                                           _mm_cmpeq_epi16(_mm_min_epu16(t, _mm_set1_epi16(0x1F)), t));
+        const __m128i tFar = _mm_or_si128(_mm_cmpeq_epi16(_mm_or_si128(t, _mm_set1_epi16(1)), m_tPair),
+                                          _mm_cmpeq_epi16(_mm_max_epu16(t, m_tFirstHigh), t));
+        return _mm_or_si128(_mm_or_si128(tNear, tFar), _mm_cmpeq_epi16(t, m_tOther));
+    }
+
     const __m128i m_tByLowBits;
     const __m128i m_tOther;
     const __m128i m_tPair;
-    const __m128i m_tLastLow;
+    const __m128i m_tFirstHigh;
 };
 
 class V3Block
@@ -110,44 +108,43 @@ public:
     WEBFORMAT_V3 explicit V3Block(const EscapeRule& tRule)
         : m_tByLowBits(_mm256_broadcastsi128_si256(
               _mm_loadu_si128(reinterpret_cast<const __m128i*>(tRule.tMarks.aByLowBits.data())))),
-          m_tOther(_mm256_set1_epi32(static_cast<int>(tRule.tMarks.nOther))),
-          m_tPair(_mm256_set1_epi32(static_cast<int>(tRule.tMarks.nPair))),
-          m_tLastLow(_mm256_set1_epi32(static_cast<int>(tRule.tMarks.nFirstHigh - 1)))
+          m_tOther(_mm256_set1_epi16(static_cast<short>(tRule.tMarks.nOther))),
+          m_tPair(_mm256_set1_epi16(static_cast<short>(tRule.tMarks.nPair))),
+          m_tFirstHigh(_mm256_set1_epi16(static_cast<short>(tRule.tMarks.nFirstHigh)))
     {
     }
 
     WEBFORMAT_V3 std::uint32_t marks(const wchar_t* pBlock) const
     {
-        std::uint32_t nMarks = 0;
-#pragma GCC unroll 2
-        for (int nAt = 0; nAt < knBlock; nAt += knLanes)
-        {
-            const __m256i t = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(pBlock + nAt));
-            const __m256i tNear = _mm256_or_si256(_mm256_cmpeq_epi32(_mm256_shuffle_epi8(m_tByLowBits, t), t),
-                                                  _mm256_cmpgt_epi32(_mm256_set1_epi32(0x20), t));
-            const __m256i tFar = _mm256_or_si256(_mm256_cmpeq_epi32(_mm256_or_si256(t, _mm256_set1_epi32(1)), m_tPair),
-                                                 _mm256_cmpgt_epi32(t, m_tLastLow));
-            const __m256i tFound = _mm256_or_si256(_mm256_or_si256(tNear, tFar), _mm256_cmpeq_epi32(t, m_tOther));
-            nMarks |= static_cast<std::uint32_t>(_mm256_movemask_ps(_mm256_castsi256_ps(tFound))) << nAt;
-        }
-        return nMarks;
+        const __m256i* const pVectors = reinterpret_cast<const __m256i*>(pBlock);
+        const __m256i t = _mm256_packus_epi32(_mm256_loadu_si256(pVectors), _mm256_loadu_si256(pVectors + 1));
+        const __m256i tNear = _mm256_or_si256(_mm256_cmpeq_epi16(_mm256_shuffle_epi8(m_tByLowBits, t), t),
+                                              _mm256_cmpeq_epi16(_mm256_min_epu16(t, _mm256_set1_epi16(0x1F)), t));
+        const __m256i tFar = _mm256_or_si256(_mm256_cmpeq_epi16(_mm256_or_si256(t, _mm256_set1_epi16(1)), m_tPair),
+                                             _mm256_cmpeq_epi16(_mm256_max_epu16(t, m_tFirstHigh), t));
+        const __m256i tFound = _mm256_or_si256(_mm256_or_si256(tNear, tFar), _mm256_cmpeq_epi16(t, m_tOther));
+        if (_mm256_testz_si256(tFound, tFound))
+            return 0;
+        // Packing took the halves of the two vectors in turn.
+        const __m256i tInOrder = _mm256_permute4x64_epi64(tFound, 0b11'01'10'00);
+        return static_cast<std::uint32_t>(_mm_movemask_epi8(
+            _mm_packs_epi16(_mm256_castsi256_si128(tInOrder), _mm256_extracti128_si256(tInOrder, 1))));
     }
 
     WEBFORMAT_V3 static void copy(const wchar_t* pBlock, wchar_t* pTarget)
     {
-#pragma GCC unroll 2
-        for (int nAt = 0; nAt < knBlock; nAt += knLanes)
-            _mm256_storeu_si256(reinterpret_cast<__m256i*>(pTarget + nAt),
-                                _mm256_loadu_si256(reinterpret_cast<const __m256i*>(pBlock + nAt)));
+        const __m256i* const pFrom = reinterpret_cast<const __m256i*>(pBlock);
+        __m256i* const pTo = reinterpret_cast<__m256i*>(pTarget);
+        const __m256i tSecond = _mm256_loadu_si256(pFrom + 1);
+        _mm256_storeu_si256(pTo, _mm256_loadu_si256(pFrom));
+        _mm256_storeu_si256(pTo + 1, tSecond);
     }
 
 private:
-    static constexpr int knLanes = 8;
-
     const __m256i m_tByLowBits;
     const __m256i m_tOther;
     const __m256i m_tPair;
-    const __m256i m_tLastLow;
+    const __m256i m_tFirstHigh;
 };
 #endif
 
@@ -197,21 +194,38 @@ template <class Block>
     return tWalk;
 }
 
+// Copies blocks up to the first with marks, which it returns; 0 where there is none or no room.
+template <class Block>
+[[gnu::always_inline]] inline std::uint32_t copyClean(const Block& tBlock, EscapeWalk& tWalk, const wchar_t* pSourceEnd,
+                                                      const wchar_t* pTargetEnd)
+{
+    std::ptrdiff_t nBlocks = std::min(pSourceEnd - tWalk.pSource, pTargetEnd - tWalk.pTarget - knStored) / knBlock;
+    for (; nBlocks > 0; --nBlocks)
+    {
+        if (const std::uint32_t nMarks = tBlock.marks(tWalk.pSource))
+            return nMarks;
+        tBlock.copy(tWalk.pSource, tWalk.pTarget);
+        tWalk.pSource += knBlock;
+        tWalk.pTarget += knBlock;
+    }
+    return 0;
+}
+
 template <class Block>
 [[gnu::always_inline]] inline EscapeWalk walkWith(const Block& tBlock, const EscapeRule& tRule, EscapeWalk tWalk,
                                                   const wchar_t* pSourceEnd, const wchar_t* pTargetEnd)
 {
-    for (std::ptrdiff_t nRest; (nRest = pSourceEnd - tWalk.pSource) >= knBlock;)
+    for (;;)
     {
-        const std::uint32_t nMarks = tBlock.marks(tWalk.pSource);
-        if (!hasRoom(tWalk.pTarget, pTargetEnd, nMarks))
-            return tWalk;
+        const std::uint32_t nMarks = copyClean(tBlock, tWalk, pSourceEnd, pTargetEnd);
+        const std::ptrdiff_t nRest = pSourceEnd - tWalk.pSource;
         // Behind a mark a whole block is read again.
-        if (nMarks != 0 && nRest < 2 * knBlock)
-            break;
+        if (nRest < 2 * knBlock)
+            return nRest == 0 ? tWalk : walkEnd(tBlock, tRule, tWalk, pSourceEnd, pTargetEnd);
+        if (nMarks == 0 || !hasRoom(tWalk.pTarget, pTargetEnd, nMarks))
+            return tWalk;
         tWalk = {tWalk.pSource + knBlock, store(tBlock, tRule, tWalk.pSource, knBlock, nMarks, tWalk.pTarget)};
     }
-    return tWalk.pSource == pSourceEnd ? tWalk : walkEnd(tBlock, tRule, tWalk, pSourceEnd, pTargetEnd);
 }
 
 #if defined(__x86_64__)
