@@ -56,7 +56,7 @@ void CsvFile::rewind()
     {
         m_tFile.clear();
         if (!m_tFile.seekg(0))
-            throw InputError({m_sPath}, "the file cannot be read a second time");
+            throw InputError({m_sPath}, "the file cannot be read a second time, expected one that is no pipe");
     }
     m_pReader = std::make_unique<CsvReader>(m_tFile, m_sPath);
     readNames();
