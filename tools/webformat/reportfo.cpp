@@ -254,7 +254,7 @@ void Document::writeCell(std::size_t nColumn, const String& sContent)
 
 void writeFoReport(const ReportDefinition& tReport, DataSource& tData, OutputFile& tOutput)
 {
-    ReportTable tTable(tReport, tData, {ValueFormatterTypes::kPDF, ReportTable::kDisplay, false});
+    ReportTable tTable(tReport, tData, {ValueFormatterTypes::kPDF, false});
     Document(tTable, tOutput).write();
 }
 

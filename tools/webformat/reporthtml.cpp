@@ -5,6 +5,7 @@
 #include "excelstyle.h"
 #include "reporttable.h"
 #include "reportwriters.h"
+#include "rowpipeline.h"
 #include "textdirection.h"
 #include "webbedrock/utf8.h"
 

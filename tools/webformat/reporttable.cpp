@@ -32,7 +32,7 @@ bool isOfLanguage(std::wstring_view sTag, std::wstring_view sLanguage)
 
 ReportTable::ReportTable(const ReportDefinition& tReport, DataSource& tData, const Options& tOptions)
     : m_tData(tData),
-      m_tColumns(tReport, tData, tOptions.eOutput, tOptions.eFormatters),
+      m_tColumns(tReport, tData, tOptions.eOutput, ReportColumns::kDisplay),
       m_tRow(m_tColumns, tData, tOptions.bImageSizes)
 {
 }

@@ -7,26 +7,22 @@
 #include "progressbar.h"
 #include "reportcolumns.h"
 #include "rowformatter.h"
-#include "rowpipeline.h"
 #include "typedvalue.h"
+#include "unknowntags.h"
 
 namespace tov {
 
 // The rows of a report as formatted text, one after the other on one thread: for outputs that are written in one piece.
 //
-// Throws InputError
-// where the data lacks a column, where a data format does not apply to its column, and for cells that are no value of
-// their column's type. Unknown currency tags are shown without a currency, with a warning on standard error for each.
+// Throws InputError where the data lacks a column, where a data format does not apply to its column, and for cells that
+// are no value of their column's type. Unknown currency tags are shown without a currency, with a warning on standard
+// error for each.
 class ReportTable
 {
 public:
-    static constexpr ReportColumns::Formatters kDisplay = ReportColumns::kDisplay;
-    static constexpr ReportColumns::Formatters kMachineReadable = ReportColumns::kMachineReadable;
-
     struct Options
     {
         ValueFormatterTypes::OutputType eOutput = ValueFormatterTypes::kText;
-        ReportColumns::Formatters eFormatters = kDisplay;
         bool bImageSizes = false;  // images as "[image 16x8]"
     };
 
@@ -41,12 +37,8 @@ public:
     bool nextRow();
     // The same, and formats it, one text a column. The memory of the texts is used again.
     bool nextRow(std::vector<String>& vCells);
-    // Of the row: the text of a column, its value, null for a null, and the formatter that shows it, which may be
-    // another one in each row. Good until the next row.
-    void append(std::size_t nColumn, StringBufferBaseTemplate<wchar_t>& tBuffer) const
-    {
-        m_tRow.append(nColumn, tBuffer);
-    }
+    // Of the row: the value of a column, null for a null, and the formatter that shows it, which may be another one in
+    // each row. Good until the next row.
     const TypedValue& value(std::size_t nColumn) const { return m_tRow.value(nColumn); }
     const WebValueFormatterHandle& formatterOf(std::size_t nColumn) const { return m_tRow.formatter(nColumn); }
     // Starts again at the first row.
@@ -54,7 +46,6 @@ public:
     // Rows read so far.
     std::uint64_t rowCount() const { return m_nRows; }
 
-    bool hasExcelPattern(std::size_t nColumn) const { return m_tColumns.hasExcelPattern(nColumn); }
     bool isNumber(std::size_t nColumn) const { return m_tColumns.isNumber(nColumn); }
     bool isText(std::size_t nColumn) const { return m_tColumns.isText(nColumn); }
     bool isBinary(std::size_t nColumn) const { return m_tColumns.isBinary(nColumn); }

@@ -4,6 +4,7 @@
 #include "eastasianwidth.h"
 #include "reporttable.h"
 #include "reportwriters.h"
+#include "rowpipeline.h"
 #include "webbedrock/utf8.h"
 
 namespace tov {

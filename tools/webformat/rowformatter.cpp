@@ -1,5 +1,7 @@
 #include "rowformatter.h"
 
+#include <utility>
+
 #include "cellvalue.h"
 #include "corefacade/imagesizedeterminer.h"
 #include "webbedrock/utf8.h"
@@ -78,10 +80,18 @@ const WebValueFormatterHandle* RowFormatter::formatterOfRow(const DataChunk& tCh
     if (sTag.empty())
         return &m_tColumns[nColumn].hFormatter;
     const TagFormatters::Found tFound = m_tTagFormatters.find(nColumn, sTag);
-    if (tFound.bNewUnknown)
-        vUnknownTags.push_back({quotedForMessage(sTag), m_tData.placeOf(tChunk, nRow, nTagColumn) + ": column " +
-                                                            quotedForMessage(m_tData.columnNames()[nTagColumn])});
+    if (tFound.bNewUnknown && !m_tUnknownTags.isFull())
+        noteUnknown(tChunk, nRow, nTagColumn, sTag, vUnknownTags);
     return tFound.pFormatter;
+}
+
+void RowFormatter::noteUnknown(const DataChunk& tChunk, std::size_t nRow, std::size_t nTagColumn, std::string_view sTag,
+                               std::vector<UnknownTag>& vUnknownTags)
+{
+    std::string sShown = quotedForMessage(sTag);
+    if (m_tUnknownTags.takes(sShown))
+        vUnknownTags.push_back({std::move(sShown), m_tData.placeOf(tChunk, nRow, nTagColumn) + ": column " +
+                                                       quotedForMessage(m_tData.columnNames()[nTagColumn])});
 }
 
 void RowFormatter::append(std::size_t nColumn, StringBufferBaseTemplate<wchar_t>& tBuffer) const

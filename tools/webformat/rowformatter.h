@@ -1,24 +1,18 @@
 #pragma once
 
 #include <cstddef>
-#include <string>
+#include <string_view>
 #include <vector>
 
 #include "datasource.h"
 #include "reportcolumns.h"
 #include "tagformatters.h"
 #include "typedvalue.h"
+#include "unknowntags.h"
 #include "webbedrock/stringbuffer.h"
 #include "webformat/valueformatter.h"
 
 namespace tov {
-
-// A row whose currency tag is unknown.
-struct UnknownTag
-{
-    std::string sTag;    // as messages show it
-    std::string sPlace;  // of the cell that holds it, with its column
-};
 
 // Shows the cells of one row after the other. The memory of values is used again, so that most cells need no heap.
 //
@@ -30,14 +24,15 @@ public:
     RowFormatter(const ReportColumns& tColumns, const DataSource& tData, bool bImageSizes);
 
     // Goes to a row of a chunk and reads its values. Throws InputError, with the place, for the first cell that is no
-    // value of its column's type. A currency tag that is unknown is added to `vUnknownTags` when it is met first.
+    // value of its column's type. Currency tags that are unknown are added to `vUnknownTags` when they
+    // are met first, up to 101 of them in all rows.
     void setRow(const DataChunk& tChunk, std::size_t nRow, std::vector<UnknownTag>& vUnknownTags);
 
     // Appends the text of a cell of the row.
     void append(std::size_t nColumn, StringBufferBaseTemplate<wchar_t>& tBuffer) const;
 
     // A cell's value, null for a null, and the formatter that shows it, which may be another one in each row. Good
-    // until the next row; the handle is null for values shown as they are stored.
+    // until the next row.
     const TypedValue& value(std::size_t nColumn) const { return m_vValues[nColumn]; }
     const WebValueFormatterHandle& formatter(std::size_t nColumn) const { return *m_vFormatters[nColumn]; }
 
@@ -47,11 +42,14 @@ private:
     void readValue(const DataChunk& tChunk, std::size_t nRow, std::size_t nColumn);
     const WebValueFormatterHandle* formatterOfRow(const DataChunk& tChunk, std::size_t nRow, std::size_t nColumn,
                                                   std::vector<UnknownTag>& vUnknownTags);
+    void noteUnknown(const DataChunk& tChunk, std::size_t nRow, std::size_t nTagColumn, std::string_view sTag,
+                     std::vector<UnknownTag>& vUnknownTags);
 
     const ReportColumns& m_tColumns;
     const DataSource& m_tData;
     bool m_bImageSizes;
     TagFormatters m_tTagFormatters;
+    UnknownTagFilter m_tUnknownTags;
     std::vector<TypedValue> m_vValues;
     std::vector<const WebValueFormatterHandle*> m_vFormatters;
 };

@@ -1,8 +1,6 @@
 #include "rowpipeline.h"
 
-#include <algorithm>
 #include <condition_variable>
-#include <cstdio>
 #include <mutex>
 #include <system_error>
 #include <thread>
@@ -230,27 +228,6 @@ std::uint64_t RowPipeline::run(DataSource& tData, const std::vector<std::unique_
         tThread.join();
     tPass.throwError();
     return tPass.rowCount();
-}
-
-void UnknownTagWarnings::add(const std::vector<UnknownTag>& vUnknownTags)
-{
-    for (const UnknownTag& tUnknown : vUnknownTags)
-        addOne(tUnknown);
-}
-
-void UnknownTagWarnings::addOne(const UnknownTag& tUnknown)
-{
-    constexpr std::size_t knMost = 100;
-    if (m_vTags.size() > knMost || std::find(m_vTags.begin(), m_vTags.end(), tUnknown.sTag) != m_vTags.end())
-        return;
-    m_vTags.push_back(tUnknown.sTag);
-    if (m_vTags.size() > knMost)
-        std::fprintf(stderr, "webformat: more currency tags are unknown; they are not named\n");
-    else
-        std::fprintf(stderr,
-                     "webformat: %s: found %s, expected a currency tag such as \"loc:en-US\", \"int:EUR\" or \"USD\"; "
-                     "its amounts are shown as whole numbers\n",
-                     tUnknown.sPlace.c_str(), tUnknown.sTag.c_str());
 }
 
 }  // namespace tov

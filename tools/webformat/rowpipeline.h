@@ -10,6 +10,7 @@
 #include "datasource.h"
 #include "outputfile.h"
 #include "rowformatter.h"
+#include "unknowntags.h"
 
 namespace tov {
 
@@ -67,18 +68,6 @@ public:
     // on standard error. Returns the number of rows. There are as many threads as workers.
     static std::uint64_t run(DataSource& tData, const std::vector<std::unique_ptr<RowWorker>>& vWorkers,
                              OutputFile& tOutput);
-};
-
-// Says on standard error which currency tags are unknown, each of them once, up to 100.
-class UnknownTagWarnings
-{
-public:
-    void add(const std::vector<UnknownTag>& vUnknownTags);
-
-private:
-    void addOne(const UnknownTag& tUnknown);
-
-    std::vector<std::string> m_vTags;
 };
 
 }  // namespace tov
