@@ -123,6 +123,23 @@ TEST(CsvReader, NamesThePlaceOfWhatIsWrong)
     }
 }
 
+TEST(CsvReader, TakesFewShortRecordsAlongWithALongOne)
+{
+    std::string sLong = "\"";
+    for (int nLine = 0; nLine < 1000; ++nLine)
+        sLong += "x\n";
+    sLong += "\"\n";
+    std::string sShort;
+    for (int nLine = 0; nLine < 1000; ++nLine)
+        sShort += "y\n";
+    std::istringstream tInput(sLong + sShort);
+    CsvReader tReader(tInput, "t.csv", 16);
+    DataChunk tChunk;
+    ASSERT_TRUE(tReader.read(tChunk));
+    EXPECT_GE(tChunk.sBytes.size(), sLong.size());
+    EXPECT_LE(tChunk.sBytes.size(), sLong.size() + 16);
+}
+
 TEST(CsvReader, RefusesRecordsOfTooManyCells)
 {
     EXPECT_EQ(read(std::string(16384, ',')),

@@ -44,10 +44,12 @@ std::size_t countOf(std::string_view sBytes, char nByte)
     return nCount;
 }
 
-// Behind the last line end in front of which the quotes are even in number; 0 where there is none.
-std::size_t endOfLastRecord(std::string_view sBytes)
+// Behind the last line end in front of which the quotes are even in number; 0 where there is none. `bOddBefore` says
+// whether they are odd in front of the bytes, and then whether they are behind them.
+std::size_t endOfLastRecord(std::string_view sBytes, bool& bOddBefore)
 {
-    bool bInside = countOf(sBytes, '"') % 2 != 0;
+    bOddBefore = bOddBefore != (countOf(sBytes, '"') % 2 != 0);
+    bool bInside = bOddBefore;
     while (const void* pFound = memrchr(sBytes.data(), '\n', sBytes.size()))
     {
         const std::size_t nAt = static_cast<std::size_t>(static_cast<const char*>(pFound) - sBytes.data());
@@ -99,13 +101,22 @@ bool CsvReader::read(DataChunk& tChunk)
     std::string& sBytes = tChunk.sBytes;
     sBytes.swap(m_sRest);
     std::size_t nEnd = 0;
-    for (std::size_t nWanted = m_nChunkBytes; nEnd == 0; nWanted = sBytes.size() * 2)
+    std::size_t nSearched = 0;
+    bool bOddQuotes = false;
+    // What comes along behind a long record is no more than behind a short one: the cells of a chunk take memory, too.
+    while (nEnd == 0)
     {
-        fill(sBytes, nWanted);
-        tChunk.bWhole = m_bEnd || sBytes.size() <= knLongestRecord;
-        nEnd = m_bEnd || !tChunk.bWhole ? sBytes.size() : endOfLastRecord(sBytes);
+        fill(sBytes, nSearched + m_nChunkBytes);
         if (sBytes.empty())
             return false;
+        const std::string_view sNew = std::string_view(sBytes).substr(nSearched);
+        const std::size_t nFound = m_bEnd ? 0 : endOfLastRecord(sNew, bOddQuotes);
+        tChunk.bWhole = m_bEnd || nFound != 0 || sBytes.size() <= knLongestRecord;
+        if (nFound != 0)
+            nEnd = nSearched + nFound;
+        else if (m_bEnd || !tChunk.bWhole)
+            nEnd = sBytes.size();
+        nSearched = sBytes.size();
     }
     m_sRest.assign(sBytes, nEnd);
     sBytes.resize(nEnd);
