@@ -1,6 +1,5 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 #include <sys/inotify.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -10,6 +9,7 @@
 #include <csignal>
 
 #include "tools/support/command.h"
+#include "tools/support/database.h"
 
 namespace tov {
 
@@ -29,14 +29,6 @@ CommandResult render(const TemporaryFolder& tFolder, const std::string& sReport,
 {
     return runCommand(
         {"report", tFolder.write("r.xml", sReport), "--data", tFolder.write("d.csv", sData), "--output", sOutput});
-}
-
-void makeDatabase(const std::string& sPath, const char* pSql)
-{
-    sqlite3* pDatabase = nullptr;
-    ASSERT_EQ(sqlite3_open(sPath.c_str(), &pDatabase), SQLITE_OK);
-    ASSERT_EQ(sqlite3_exec(pDatabase, pSql, nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(pDatabase);
-    sqlite3_close(pDatabase);
 }
 
 constexpr const char* kpPng =

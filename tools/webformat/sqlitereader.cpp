@@ -116,9 +116,8 @@ Statement SqliteTable::prepare(const std::string& sSql) const
 std::vector<std::string> SqliteTable::tableNames() const
 {
     const Statement hNames = prepare(
-        "SELECT name FROM main.sqlite_schema WHERE type IN ('table', 'view') AND name NOT LIKE 'sqlite\\_%' ESCAPE "
-        "'\\' "
-        "ORDER BY name");
+        "SELECT name FROM main.sqlite_schema WHERE type IN ('table', 'view') "
+        "AND name NOT LIKE 'sqlite\\_%' ESCAPE '\\' ORDER BY name");
     std::vector<std::string> vNames;
     int nResult = SQLITE_ROW;
     while ((nResult = sqlite3_step(hNames.get())) == SQLITE_ROW)
@@ -176,13 +175,15 @@ bool SqliteTable::read(DataChunk& tChunk)
 {
     constexpr std::size_t knChunkRows = 1024;
     constexpr std::size_t knChunkBytes = std::size_t(1) << 16;
+    constexpr std::size_t knChunkCells = std::size_t(1) << 15;
     tChunk.clear();
     tChunk.startRows(m_vNames.size());
     tChunk.nFirst = static_cast<std::uint64_t>(m_nRow) + 1;
     bool bMore = true;
     try
     {
-        while (bMore && tChunk.rowCount() < knChunkRows && tChunk.sBytes.size() < knChunkBytes)
+        while (bMore && tChunk.rowCount() < knChunkRows && tChunk.sBytes.size() < knChunkBytes &&
+               tChunk.vEntries.size() < knChunkCells)
             bMore = readRow(tChunk);
     }
     catch (const InputError&)

@@ -1,0 +1,30 @@
+#include "tools/webformat/sqlitereader.h"
+
+#include <gtest/gtest.h>
+
+#include "tools/support/command.h"
+#include "tools/support/database.h"
+
+namespace tov {
+
+TEST(SqliteReader, TakesFewRowsOfManyColumnsAtATime)
+{
+    const TemporaryFolder tFolder;
+    std::string sColumns = "c0";
+    for (int nColumn = 1; nColumn < 1000; ++nColumn)
+        sColumns += ", c" + std::to_string(nColumn);
+    makeDatabase(tFolder.path("d.db"),
+                 "CREATE TABLE t (" + sColumns +
+                     "); WITH RECURSIVE n (i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 200) "
+                     "INSERT INTO t (c0) SELECT i FROM n");
+    const std::unique_ptr<DataSource> pData = openSqliteTable(tFolder.path("d.db"), "t");
+    std::size_t nRows = 0;
+    for (DataChunk tChunk; pData->read(tChunk); nRows += tChunk.rowCount())
+    {
+        EXPECT_LT(tChunk.vEntries.size(), 34000u);
+        EXPECT_EQ(tChunk.cell(0, 0).nInteger, static_cast<std::int64_t>(nRows + 1));
+    }
+    EXPECT_EQ(nRows, 200u);
+}
+
+}  // namespace tov
