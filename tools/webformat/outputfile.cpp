@@ -96,6 +96,13 @@ OutputFile::OutputFile(const std::string& sPath) : m_sPath(sPath), m_sTarget(sPa
     fchmod(m_nFile, bExists ? tStatus.st_mode & 07777 : permissionsOfNewFile());
 }
 
+OutputFile::OutputFile(Scratch) : m_sPath("a temporary file")
+{
+    std::error_code tError;
+    m_sTarget = (std::filesystem::temp_directory_path(tError) / "webformat").string();
+    openTemporary();
+}
+
 void OutputFile::openTemporary()
 {
     const std::size_t nName = m_sTarget.rfind('/') + 1;

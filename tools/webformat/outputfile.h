@@ -19,6 +19,9 @@ class OutputFile
 public:
     // An empty path stands for standard output.
     explicit OutputFile(const std::string& sPath);
+    // A file in the folder for temporary files, for one who fills it by its path: nobody else may read it, and it goes
+    // away with this object.
+    static OutputFile scratch() { return OutputFile(Scratch()); }
     ~OutputFile();
     OutputFile(const OutputFile&) = delete;
     OutputFile& operator=(const OutputFile&) = delete;
@@ -33,6 +36,11 @@ public:
     void commit();
 
 private:
+    struct Scratch
+    {
+    };
+
+    explicit OutputFile(Scratch);
     void openTemporary();
     void flush();
     [[noreturn]] void fail(const char* pWhat) const;

@@ -1,8 +1,5 @@
-#include <unistd.h>
-
 #include <algorithm>
 #include <deque>
-#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <string>
@@ -143,14 +140,6 @@ void Sheet::writeCell(std::uint32_t nRow, std::size_t nColumn, const String& sTe
         m_nLines = std::max(m_nLines, linesOf(sWritten));
 }
 
-// Where a workbook is made that cannot be written in its place: a workbook is not written from front to back.
-std::string scratchPath()
-{
-    std::error_code tError;
-    const std::filesystem::path tFolder = std::filesystem::temp_directory_path(tError);
-    return (tFolder / ("webformat-" + std::to_string(getpid()) + ".xlsx")).string();
-}
-
 void copyFile(const std::string& sPath, OutputFile& tOutput)
 {
     std::ifstream tInput(sPath, std::ios::binary);
@@ -179,13 +168,14 @@ void writeXlsxReport(const ReportDefinition& tReport, DataSource& tData, OutputF
         throw InputError(tReport.vColumns[WorkbookWriter::knMostColumns].tPlace,
                          "found more columns than " + std::to_string(WorkbookWriter::knMostColumns) +
                              ", expected at most so many: a worksheet has no more");
-    ReportTable tTable(tReport, tData, {ValueFormatterTypes::kText, ReportTable::kDisplay, true});
+    ReportTable tTable(tReport, tData, {ValueFormatterTypes::kText, true});
     if (!tOutput.temporaryPath().empty())
     {
         writeWorkbook(tTable, tOutput.temporaryPath());
         return;
     }
-    const OutputFile tScratch(scratchPath());
+    // A workbook is not written from front to back.
+    const OutputFile tScratch = OutputFile::scratch();
     writeWorkbook(tTable, tScratch.temporaryPath());
     copyFile(tScratch.temporaryPath(), tOutput);
 }
