@@ -63,6 +63,19 @@ TEST(Explain, FindsAnExampleThatTheItemsHaveSomethingToShowFor)
     }
 }
 
+TEST(Explain, PutsEachItemOnOneLineWhateverThePatternHolds)
+{
+    EXPECT_EQ(columnsOf({"explain", "--kind", "date", "\t\nd"}),
+              "␉␊|the text \"␉␊\"|␉␊\nd|day|␉␊5\n␉␊d|for dates, times and timestamps|␉␊5\n");
+}
+
+TEST(Explain, SaysWhoExplainsTheUnitsOfADurationInANumericPattern)
+{
+    const std::string sOutput = columnsOf({"explain", "--kind", "numeric", "[duration(min)]hh"});
+    EXPECT_TRUE(sOutput.starts_with("[duration(min)]|duration in seconds: value x 60; its units: --kind duration|\n"))
+        << sOutput;
+}
+
 TEST(Explain, SaysWhatDatePatternsDo)
 {
     EXPECT_EQ(columnsOf({"explain", "--kind", "date", "dddd, dMMMM d MMM \\a yy hh:mm:ss.# tt[TZ:Asia/Tokyo]"}),

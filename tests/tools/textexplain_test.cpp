@@ -44,6 +44,9 @@ TEST(TextExplain, FindsTheWordsOfEveryReference)
         {"@TH(3)", "@TH(3)  the value, cut to 3 characters; nothing behind it is shown  R&D...\n"},
         {"@T(30)", "@T(30)  the value, cut to 30 characters; nothing behind it is shown  R&D team 7\n"},
         {"", "  the value      R&D <b>team 7</b>\n"},
+        {"No. @ is", "No.       the text \"No. \"  No. \n"},
+        {"No. @ is", " is       the text \" is\"   No. R&D <b>team 7</b> is\n"},
+        {"a[x]b\\c@", "a         the text \"a\"   a\nb         the text \"b\"   ab\n\\c        the text \"c\"   abc\n"},
     };
     for (const auto& [pTemplate, pExpected] : aRows)
     {

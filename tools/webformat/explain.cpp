@@ -26,13 +26,23 @@ String padded(const String& sText, std::size_t nWidth)
     return sText + String(nWidth > nTextWidth ? nWidth - nTextWidth : 0, L' ');
 }
 
-void writeLines(const std::vector<ExplanationLine>& vLines)
+// A control character in a pattern must not end the line or move the columns: its picture stands for it.
+String onOneLine(String sText)
+{
+    for (wchar_t& nCharacter : sText)
+        if (nCharacter < L' ')
+            nCharacter = static_cast<wchar_t>(0x2400 + nCharacter);
+    return sText;
+}
+
+void writeLines(std::vector<ExplanationLine> vLines)
 {
     constexpr std::size_t knWidestColumn = 80;
     std::size_t nPattern = 0;
     std::size_t nWords = 0;
-    for (const ExplanationLine& tLine : vLines)
+    for (ExplanationLine& tLine : vLines)
     {
+        tLine = {onOneLine(tLine.sPattern), onOneLine(tLine.sWords), onOneLine(tLine.sExample)};
         nPattern = std::max(nPattern, std::min(displayWidth(tLine.sPattern), knWidestColumn));
         nWords = std::max(nWords, std::min(displayWidth(tLine.sWords), knWidestColumn));
     }

@@ -70,7 +70,7 @@ String wordsOf(const NumericPattern& tPattern, const Item& tItem)
     case Item::kHour: return L"time of day in hours: value" + factorOf(tItem);
     case Item::kHourMin: return L"time of day in minutes: value" + factorOf(tItem);
     case Item::kTime: return L"time of day in seconds: value" + factorOf(tItem);
-    case Item::kDuration: return L"duration in seconds: value" + factorOf(tItem);
+    case Item::kDuration: return L"duration in seconds: value" + factorOf(tItem) + L"; its units: --kind duration";
     case Item::kIndicator: return L"short name of the scale";
     }
     return String();

@@ -21,10 +21,15 @@ String imageWords(const SubTextFormatter::ImageFormat& tImage)
     return sWords;
 }
 
+String textWords(const String& sText)
+{
+    return L"the text \"" + sText + L"\"";
+}
+
 String wordsOf(const Format& tFormat)
 {
     if (tFormat.bLiteral)
-        return L"the text \"" + tFormat.sText + L"\"";
+        return textWords(tFormat.sText);
     if (tFormat.truncateFormat.bTruncate)
         return L"the value, cut to " + std::to_wstring(tFormat.truncateFormat.nChars) +
                L" characters; nothing behind it is shown";
@@ -38,7 +43,8 @@ String wordsOf(const Format& tFormat)
     }
 }
 
-// A line for each element that the template asked for, and one for the whole.
+// A line for each element that the template asked for, and one for the whole. Bare characters are elements of their
+// own; those that stand together share a line.
 void addLines(std::vector<ExplanationLine>& vLines, const SubTextFormatter& tFormatter, const String& sSource,
               OutputType eOutput, const wchar_t* pExample, const wchar_t* pWords)
 {
@@ -49,11 +55,22 @@ void addLines(std::vector<ExplanationLine>& vLines, const SubTextFormatter& tFor
         tUpToHere.FormatValue(tBuffer, pExample, eOutput);
         return tBuffer.toString();
     };
+    const Format* pBare = nullptr;  // the element before, if it is such a character
     for (const Format& tFormat : tFormatter.formats())
     {
         tUpToHere.AddFormat(tFormat);
-        vLines.push_back({sSource.substr(tFormat.nSourceStart, tFormat.nSourceEnd - tFormat.nSourceStart),
-                          wordsOf(tFormat), example()});
+        const String sPiece = sSource.substr(tFormat.nSourceStart, tFormat.nSourceEnd - tFormat.nSourceStart);
+        const bool bBare = tFormat.bLiteral && sPiece == tFormat.sText;
+        if (bBare && pBare && pBare->nSourceEnd == tFormat.nSourceStart)
+        {
+            ExplanationLine& tLine = vLines.back();
+            tLine.sPattern += sPiece;
+            tLine.sWords = textWords(tLine.sPattern);
+            tLine.sExample = example();
+        }
+        else
+            vLines.push_back({sPiece, wordsOf(tFormat), example()});
+        pBare = bBare ? &tFormat : nullptr;
     }
     vLines.push_back({sSource, pWords, example()});
 }
