@@ -27,4 +27,23 @@ TEST(SqliteReader, TakesFewRowsOfManyColumnsAtATime)
     EXPECT_EQ(nRows, 200u);
 }
 
+TEST(SqliteReader, SaysWhereADatabaseHasNoTable)
+{
+    const TemporaryFolder tFolder;
+    makeDatabase(tFolder.path("d.db"), "CREATE TABLE t (a); DROP TABLE t");
+    for (const char* pTable : {"", "t"})
+    {
+        try
+        {
+            openSqliteTable(tFolder.path("d.db"), pTable);
+            ADD_FAILURE() << pTable;
+        }
+        catch (const InputError& tError)
+        {
+            const std::string sTail = *pTable ? "found no table \"t\"" : "found no table, expected a database with one";
+            EXPECT_NE(std::string(tError.what()).find("d.db: " + sTail), std::string::npos) << tError.what();
+        }
+    }
+}
+
 }  // namespace tov

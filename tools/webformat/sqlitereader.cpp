@@ -139,6 +139,8 @@ std::string listOf(const std::vector<std::string>& vNames)
 std::string SqliteTable::onlyTable() const
 {
     const std::vector<std::string> vNames = tableNames();
+    if (vNames.empty())
+        throw InputError({m_sPath}, "found no table, expected a database with one");
     if (vNames.size() != 1)
         throw InputError({m_sPath}, "found the tables " + listOf(vNames) +
                                         ", expected one of them behind a colon: " + m_sPath + ":TABLE");
