@@ -4,6 +4,7 @@
 
 #include "tools/support/command.h"
 #include "tools/support/database.h"
+#include "tools/webformat/inputerror.h"
 
 namespace tov {
 
