@@ -1,5 +1,6 @@
 #include "inputerror.h"
 
+#include <algorithm>
 #include <cstdio>
 
 namespace tov {
@@ -59,6 +60,17 @@ std::string quotedForMessage(std::string_view sText)
         appendShown(sResult, nByte);
     }
     return sResult + "\"";
+}
+
+std::string listForMessage(const std::vector<std::string>& vNames)
+{
+    constexpr std::size_t knMost = 100;
+    std::string sResult;
+    for (std::size_t nName = 0; nName < std::min(vNames.size(), knMost); ++nName)
+        sResult += (nName == 0 ? "" : ", ") + quotedForMessage(vNames[nName]);
+    if (vNames.size() > knMost)
+        sResult += ", ...";
+    return vNames.empty() ? "none" : sResult;
 }
 
 }  // namespace tov

@@ -4,6 +4,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tov {
 
@@ -31,5 +32,10 @@ public:
 //
 // Example: quotedForMessage("a\tb") -> "\"a\\x09b\""
 std::string quotedForMessage(std::string_view sText);
+
+// Names as messages list them: up to 100 of them, and then "...".
+//
+// Example: listForMessage({"a", "b"}) -> "\"a\", \"b\"";  listForMessage({}) -> "none"
+std::string listForMessage(const std::vector<std::string>& vNames);
 
 }  // namespace tov

@@ -16,11 +16,8 @@ std::size_t findColumn(const DataSource& tData, const String& sName, const Input
     const auto tFound = std::find(vNames.begin(), vNames.end(), toUtf8(sName));
     if (tFound != vNames.end())
         return static_cast<std::size_t>(tFound - vNames.begin());
-    std::string sNames;
-    for (const std::string& sOther : vNames)
-        sNames += (sNames.empty() ? "" : ", ") + quotedForMessage(sOther);
     throw InputError(tPlace, "found the " + std::string(pWhat) + " " + quotedForMessage(toUtf8(sName)) +
-                                 ", expected one of the data: " + sNames);
+                                 ", expected one of the data: " + listForMessage(vNames));
 }
 
 }  // namespace
