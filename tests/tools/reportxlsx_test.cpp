@@ -107,6 +107,28 @@ TEST(ReportXlsx, LeavesNothingBehindWhenTheDataIsWrong)
     EXPECT_EQ(tFolder.names(), "d.csv r.xml");
 }
 
+TEST(ReportXlsx, NamesTheFileWhoseTextsWereCut)
+{
+    const TemporaryFolder tFolder;
+    const CommandResult tResult = writeWorkbook(tFolder, reportOf("<tov:column name=\"a\" type=\"varchar\"/>"),
+                                                "a\n" + std::string(32768, 'b') + "\n");
+    EXPECT_EQ(tResult.nStatus, 0);
+    EXPECT_EQ(tResult.sErrors,
+              "webformat: " + tFolder.path("out.xlsx") + ": texts cut to the 32767 characters that a cell holds: 1\n");
+}
+
+TEST(ReportXlsx, NamesTheFirstRowThatASheetDoesNotHave)
+{
+    const TemporaryFolder tFolder;
+    const CommandResult tResult = writeWorkbook(tFolder, reportOf("<tov:column name=\"a\" type=\"varchar\"/>"),
+                                                "a\n" + std::string(1048577, '\n'));
+    EXPECT_EQ(tResult.nStatus, 1);
+    EXPECT_EQ(tResult.sErrors, "webformat: " + tFolder.path("d.csv") +
+                                   ":1048577:1: found more rows than 1048575, expected at most so many: a worksheet "
+                                   "has no more\n");
+    EXPECT_EQ(tFolder.names(), "d.csv r.xml");
+}
+
 TEST(ReportXlsx, RefusesMoreColumnsThanASheetHas)
 {
     const TemporaryFolder tFolder;

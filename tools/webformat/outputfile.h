@@ -29,6 +29,9 @@ public:
     void write(std::string_view sBytes);
     void write(std::wstring_view sText);
 
+    // What messages call it: its path, as it was given.
+    const std::string& name() const { return m_sPath; }
+
     // The file beside its place, for one who fills it by its path instead of by `write`; empty where there is none.
     const std::string& temporaryPath() const { return m_sTemporary; }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "datasource.h"
@@ -41,6 +42,8 @@ public:
     // each row. Good until the next row.
     const TypedValue& value(std::size_t nColumn) const { return m_tRow.value(nColumn); }
     const WebValueFormatterHandle& formatterOf(std::size_t nColumn) const { return m_tRow.formatter(nColumn); }
+    // Where the row stands, as messages begin.
+    std::string place() const { return m_tData.placeOf(m_tChunk, m_nNext - 1, 0); }
     // Starts again at the first row.
     void rewind();
     // Rows read so far.

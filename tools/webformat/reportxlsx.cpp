@@ -83,7 +83,8 @@ void Sheet::write()
     while (m_tTable.nextRow(vCells))
     {
         if (m_tTable.rowCount() >= WorkbookWriter::knMostRows)
-            throw InputError("found more rows than " + std::to_string(WorkbookWriter::knMostRows - 1) +
+            throw InputError(m_tTable.place() + ": found more rows than " +
+                             std::to_string(WorkbookWriter::knMostRows - 1) +
                              ", expected at most so many: a worksheet has no more");
         writeRow(vCells);
     }
@@ -150,14 +151,15 @@ void copyFile(const std::string& sPath, OutputFile& tOutput)
         throw InputError({sPath}, "cannot be read");
 }
 
-void writeWorkbook(ReportTable& tTable, const std::string& sPath)
+// Writes to `sPath`, which messages call `sName`.
+void writeWorkbook(ReportTable& tTable, const std::string& sPath, const std::string& sName)
 {
     const ReportDefinition& tReport = tTable.report();
-    WorkbookWriter tWriter(sPath, "the workbook", {tReport.sTitle, isRightToLeft(tReport.tLocale.tag())});
+    WorkbookWriter tWriter(sPath, sName, {tReport.sTitle, isRightToLeft(tReport.tLocale.tag())});
     Sheet(tTable, tWriter).write();
     if (tWriter.cutTexts() > 0)
-        std::cerr << "webformat: " << tWriter.cutTexts() << " texts longer than " << WorkbookWriter::knLongestText
-                  << " characters were cut: a cell holds no more\n";
+        std::cerr << "webformat: " << sName << ": texts cut to the " << WorkbookWriter::knLongestText
+                  << " characters that a cell holds: " << tWriter.cutTexts() << "\n";
 }
 
 }  // namespace
@@ -171,12 +173,12 @@ void writeXlsxReport(const ReportDefinition& tReport, DataSource& tData, OutputF
     ReportTable tTable(tReport, tData, {ValueFormatterTypes::kText, true});
     if (!tOutput.temporaryPath().empty())
     {
-        writeWorkbook(tTable, tOutput.temporaryPath());
+        writeWorkbook(tTable, tOutput.temporaryPath(), tOutput.name());
         return;
     }
     // A workbook is not written from front to back.
     const OutputFile tScratch = OutputFile::scratch();
-    writeWorkbook(tTable, tScratch.temporaryPath());
+    writeWorkbook(tTable, tScratch.temporaryPath(), tScratch.name());
     copyFile(tScratch.temporaryPath(), tOutput);
 }
 
