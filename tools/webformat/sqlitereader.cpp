@@ -128,21 +128,13 @@ std::vector<std::string> SqliteTable::tableNames() const
     return vNames;
 }
 
-std::string listOf(const std::vector<std::string>& vNames)
-{
-    std::string sResult;
-    for (const std::string& sName : vNames)
-        sResult += (sResult.empty() ? "" : ", ") + quotedForMessage(sName);
-    return sResult.empty() ? "none" : sResult;
-}
-
 std::string SqliteTable::onlyTable() const
 {
     const std::vector<std::string> vNames = tableNames();
     if (vNames.empty())
         throw InputError({m_sPath}, "found no table, expected a database with one");
     if (vNames.size() != 1)
-        throw InputError({m_sPath}, "found the tables " + listOf(vNames) +
+        throw InputError({m_sPath}, "found the tables " + listForMessage(vNames) +
                                         ", expected one of them behind a colon: " + m_sPath + ":TABLE");
     return vNames.front();
 }
@@ -154,8 +146,8 @@ void SqliteTable::checkTable() const
     const auto sameName = [this](const std::string& sName)
     { return sqlite3_stricmp(sName.c_str(), m_sTable.c_str()) == 0; };
     if (std::none_of(vNames.begin(), vNames.end(), sameName))
-        throw InputError({m_sPath},
-                         "found no table " + quotedForMessage(m_sTable) + ", expected one of " + listOf(vNames));
+        throw InputError(
+            {m_sPath}, "found no table " + quotedForMessage(m_sTable) + ", expected one of " + listForMessage(vNames));
 }
 
 void SqliteTable::countRows()
