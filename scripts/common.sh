@@ -1,6 +1,7 @@
 # Shared by the scripts; source it first: strict mode, the checkout as current folder, named steps.
 
 set -euo pipefail
+manual=$(realpath "$0")
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 # Announces what comes next.
@@ -19,7 +20,7 @@ die()
 # Prints the comment at the head of the script: its manual.
 print_usage()
 {
-    awk 'NR > 1 { if (!/^#/) exit; sub(/^# ?/, ""); print }' "$0"
+    awk 'NR > 1 { if (!/^#/) exit; sub(/^# ?/, ""); print }' "$manual"
 }
 
 # Configures and builds a preset: build_preset NAME [TARGET...]
