@@ -24,10 +24,7 @@ public:
     // The exact number of characters that the text encodes to.
     static std::size_t measure(const wchar_t* pSource, std::size_t nSource)
     {
-        std::size_t nLength = 0;
-        for (std::size_t nAt = 0; nAt < nSource; ++nAt)
-            nLength += Rule::kTable.lengthOf(classOf(pSource[nAt]));
-        return nLength;
+        return measureInBlocks(vectorLevel(), kRule, pSource, nSource);
     }
 
     static std::size_t encode(const wchar_t* pSource, std::size_t nSource, wchar_t* pTarget, std::size_t nCapacity)

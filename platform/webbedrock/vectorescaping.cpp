@@ -228,7 +228,34 @@ template <class Block>
     }
 }
 
+// The exact number of characters that a text encodes to.
+template <class Block>
+[[gnu::always_inline]] inline std::size_t measureWith(const Block& tBlock, const EscapeRule& tRule,
+                                                      const wchar_t* pSource, std::size_t nSource)
+{
+    std::size_t nLength = nSource;
+    std::size_t nAt = 0;
+    for (; nSource - nAt >= knBlock; nAt += knBlock)
+    {
+        for (std::uint32_t nMarks = tBlock.marks(pSource + nAt); nMarks != 0; nMarks &= nMarks - 1)
+            nLength += tRule.lengthOf(pSource[nAt + static_cast<std::size_t>(std::countr_zero(nMarks))]) - 1;
+    }
+    for (; nAt < nSource; ++nAt)
+        nLength += tRule.lengthOf(pSource[nAt]) - 1;
+    return nLength;
+}
+
 #if defined(__x86_64__)
+WEBFORMAT_V2 std::size_t measureV2(const EscapeRule& tRule, const wchar_t* pSource, std::size_t nSource)
+{
+    return measureWith(V2Block(tRule), tRule, pSource, nSource);
+}
+
+WEBFORMAT_V3 std::size_t measureV3(const EscapeRule& tRule, const wchar_t* pSource, std::size_t nSource)
+{
+    return measureWith(V3Block(tRule), tRule, pSource, nSource);
+}
+
 WEBFORMAT_V2 EscapeWalk walkV2(const EscapeRule& tRule, EscapeWalk tWalk, const wchar_t* pSourceEnd,
                                const wchar_t* pTargetEnd)
 {
@@ -264,6 +291,17 @@ EscapeWalk walkInBlocks(VectorLevel eLevel, const EscapeRule& tRule, EscapeWalk 
         return walkV2(tRule, tWalk, pSourceEnd, pTargetEnd);
 #endif
     return walkWith(PortableBlock(tRule), tRule, tWalk, pSourceEnd, pTargetEnd);
+}
+
+std::size_t measureInBlocks(VectorLevel eLevel, const EscapeRule& tRule, const wchar_t* pSource, std::size_t nSource)
+{
+#if defined(__x86_64__)
+    if (eLevel == VectorLevel::kV3)
+        return measureV3(tRule, pSource, nSource);
+    if (eLevel == VectorLevel::kV2)
+        return measureV2(tRule, pSource, nSource);
+#endif
+    return measureWith(PortableBlock(tRule), tRule, pSource, nSource);
 }
 
 }  // namespace tov

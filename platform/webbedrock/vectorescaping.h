@@ -4,6 +4,7 @@
 // sources, tests, fuzz targets and benchmarks.
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 
 #include "webbedrock/escapetable.h"
@@ -78,6 +79,8 @@ struct EscapeRule
         const std::uint8_t nClass = tTable.classOf(nCode);
         return nClass == EscapeTable::knAsk ? pClassOfHigh(nCode) : nClass;
     }
+
+    std::size_t lengthOf(wchar_t nChar) const { return tTable.lengthOf(classOf(nChar)); }
 };
 
 // Where a walk has come to.
@@ -94,5 +97,8 @@ struct EscapeWalk
 // of marks in a block. At 432 characters this takes half of the time of a look at each, with and without marks.
 EscapeWalk walkInBlocks(VectorLevel eLevel, const EscapeRule& tRule, EscapeWalk tWalk, const wchar_t* pSourceEnd,
                         const wchar_t* pTargetEnd);
+
+// The exact number of characters that a text encodes to.
+std::size_t measureInBlocks(VectorLevel eLevel, const EscapeRule& tRule, const wchar_t* pSource, std::size_t nSource);
 
 }  // namespace tov
