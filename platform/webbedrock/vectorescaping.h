@@ -1,7 +1,7 @@
 #pragma once
 
-// The encoders' walk over whole blocks of a text, four or eight characters at a time. Internal to this library's
-// sources, tests, fuzz targets and benchmarks.
+// The encoders' walk over a text in blocks of sixteen characters. Internal to this library's sources, tests, fuzz
+// targets and benchmarks.
 
 #include <array>
 #include <cstddef>
@@ -11,7 +11,7 @@
 
 namespace tov {
 
-// The widths of vectors that the walk knows: none, those of x86-64-v2 (four characters), those of x86-64-v3 (eight).
+// The vectors that the walk knows: none, those of x86-64-v2 (16 bytes), those of x86-64-v3 (32 bytes).
 enum class VectorLevel
 {
     kPortable,
